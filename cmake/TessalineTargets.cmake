@@ -1,0 +1,13 @@
+# Compile options shared by every target of the project.
+add_library(tessaline-options INTERFACE)
+target_compile_options(tessaline-options INTERFACE -Wall -Wextra -Wpedantic)
+target_compile_definitions(tessaline-options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS)
+if(TESSALINE_WERROR)
+    target_compile_options(tessaline-options INTERFACE -Werror)
+endif()
+if(TESSALINE_SANITIZE)
+    target_compile_options(tessaline-options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(tessaline-options INTERFACE -fsanitize=address,undefined)
+endif()

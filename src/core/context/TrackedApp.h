@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHashFunctions>
+#include <QString>
+
+#include <optional>
+
+namespace Tessaline {
+
+/// The application the user was last working in: its display name and, when it has one, its
+/// bundle id (on Linux the desktop-file id, e.g. "org.xfce.mousepad").
+struct TrackedApp
+{
+    QString name;
+    std::optional<QString> bundleID;
+
+    /// The stand-in used when no application is known: "Mac" with no bundle id.
+    static TrackedApp placeholder();
+
+    friend bool operator==(const TrackedApp&, const TrackedApp&) = default;
+};
+
+size_t qHash(const TrackedApp& app, size_t seed = 0) noexcept;
+
+} // namespace Tessaline

@@ -1,0 +1,3 @@
+// Placeholder translation unit so that the library builds before its classes exist.
+namespace HotKey {
+}
