@@ -12,9 +12,9 @@ work=$(mktemp -d "${TESSALINE_SESSION_DIR:-/tmp}/coach.XXXXXX")
 # libxkbcommon-x11 copies X atom names with strndup from reply buffers that hold no final NUL;
 # that is correct, but AddressSanitizer's strict string checks flag it inside Qt's own start-up.
 # Later options win, so only that check is turned off for the driver.
-# Qt Quick also keeps the texture of a shown image (the panel's lightbulb) until the process
-# ends, which LeakSanitizer reports as an indirect leak whose stack stops inside Qt; memory
-# errors are still checked, leaks are not, in this process only.
+# Qt Quick 6.4 keeps the texture of every image it has shown (here the lightbulb) past the
+# end of the process's clean-up; a bare QQuickView with one Image is reported the same way.
+# Memory errors are still checked in the driver, leaks are not (in this process only).
 export ASAN_OPTIONS="${ASAN_OPTIONS:-}${ASAN_OPTIONS:+:}strict_string_checks=0:detect_leaks=0"
 # Xvfb has no GPU: Qt Quick would load Mesa's GL drivers, which unload again leaving blocks
 # that LeakSanitizer reports under whatever library later took their address. The software
