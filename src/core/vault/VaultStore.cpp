@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "vault/VaultStore.h"
 
+#include "search/FuzzyMatch.h"
 #include "vault/FallbackData.h"
+#include "vault/ShortcutSearchKey.h"
 #include "vault/VaultOrder.h"
 
 #include <QCoreApplication>
@@ -419,10 +421,72 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
     return added;
 }
 
+bool VaultStore::isScanned(const ShortcutItem& item)
+{
+    return (item.source && *item.source == QStringLiteral("scanned-menu")) ||
+           (item.tags && item.tags->contains(QStringLiteral("scanned")));
+}
+
 QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
 {
-    Q_UNUSED(app);
-    return {};
+    const QString query = m_filter.trimmed();
+    const qsizetype index = packIndex(app);
+    const QString title = index >= 0 ? m_data.apps[index].name : app.name;
+
+    QList<ShortcutItem> favorites;
+    QList<ShortcutItem> curated;
+    QList<ShortcutItem> discovered;
+    if (index >= 0) {
+        for (const ShortcutItem& item : m_data.apps[index].shortcuts) {
+            if (item.isFavorite())
+                favorites.append(item);
+            else if (isScanned(item))
+                discovered.append(item);
+            else
+                curated.append(item);
+        }
+    }
+
+    QList<ShortcutSection> candidates;
+    if (!favorites.isEmpty())
+        candidates.append({QStringLiteral("Favorites for ") + title, std::move(favorites)});
+    if (!curated.isEmpty())
+        candidates.append({title + QStringLiteral(" shortcuts"), std::move(curated)});
+    if (!discovered.isEmpty())
+        candidates.append({QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"),
+                           std::move(discovered)});
+    candidates.append({globalSectionTitle(), m_data.global});
+
+    QList<ShortcutSection> result;
+    if (query.isEmpty()) {
+        for (ShortcutSection& section : candidates) {
+            if (!section.shortcuts.isEmpty())
+                result.append(std::move(section));
+        }
+        return result;
+    }
+
+    // Ranking happens within each section; the sections keep their fixed order.
+    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(query);
+    for (const ShortcutSection& section : candidates) {
+        QList<std::pair<qint64, const ShortcutItem*>> ranked;
+        for (const ShortcutItem& item : section.shortcuts) {
+            if (!ShortcutSearchKey(item).mayMatch(asciiQuery))
+                continue;
+            if (const std::optional<qint64> score = FuzzyMatch::score(query, item))
+                ranked.append({*score, &item});
+        }
+        if (ranked.isEmpty())
+            continue;
+        std::stable_sort(ranked.begin(), ranked.end(),
+                         [](const auto& a, const auto& b) { return a.first > b.first; });
+        ShortcutSection kept{section.title, {}};
+        kept.shortcuts.reserve(ranked.size());
+        for (const auto& entry : ranked)
+            kept.shortcuts.append(*entry.second);
+        result.append(std::move(kept));
+    }
+    return result;
 }
 
 } // namespace Tessaline
