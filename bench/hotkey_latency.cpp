@@ -13,6 +13,7 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
 
 #include <xcb/xcb.h>
@@ -112,6 +113,9 @@ int main(int argc, char** argv)
         fake(injector, XCB_KEY_RELEASE, alt);
         fake(injector, XCB_KEY_RELEASE, control);
         std::free(xcb_get_input_focus_reply(injector, xcb_get_input_focus(injector), nullptr));
+        // The server's clock counts milliseconds: a press in the same millisecond as the last
+        // release of its key would be taken for a key repeat, which no hand can produce.
+        QThread::msleep(3);
         QCoreApplication::processEvents();
 
         if (i < warmups)

@@ -4,6 +4,7 @@
 #include "platform/x11/XcbHotKeyKeysyms.h"
 #include "platform/x11/XcbHotKeySystemCombos.h"
 
+#include <hotkey/HotKeysController.h>
 #include <hotkey/ModifierFlags.h>
 
 #include <QAbstractNativeEventFilter>
@@ -110,6 +111,9 @@ XcbHotKeyService::XcbHotKeyService()
 
 XcbHotKeyService::~XcbHotKeyService()
 {
+    // Hot keys that outlive this service must not reach it.
+    if (HotKey::HotKeysController::service() == this)
+        HotKey::HotKeysController::setService(nullptr);
     for (const auto& [reference, grab] : m_grabs)
         ungrab(grab);
     m_grabs.clear();
@@ -211,7 +215,8 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
 
 void XcbHotKeyService::ungrab(const Grab& grab)
 {
-    if (m_connection == nullptr)
+    // Qt's connection lives as long as the application object.
+    if (m_connection == nullptr || QCoreApplication::instance() == nullptr)
         return;
     for (quint8 keycode : grab.keycodes) {
         for (quint16 variant : grab.lockVariants)
@@ -301,6 +306,9 @@ bool XcbHotKeyService::handleNativeEvent(void* message)
     if (it == m_grabs.end() || it->second.isDown)
         return true;
     it->second.isDown = true;
+    // A repeat whose release was already delivered, when the pair came in separate batches.
+    if (it->second.lastReleaseTime == key->time)
+        return true;
     deliver(it->second, HotKey::HotKeyEvent::pressed);
     return true;
 }
@@ -310,12 +318,14 @@ void XcbHotKeyService::flushPendingRelease()
     if (!m_pendingRelease)
         return;
     const Reference reference = m_pendingRelease->reference;
+    const quint32 time = m_pendingRelease->time;
     m_pendingRelease.reset();
     m_releaseTimer->stop();
     const auto it = m_grabs.find(reference);
     if (it == m_grabs.end())
         return;
     it->second.isDown = false;
+    it->second.lastReleaseTime = time;
     deliver(it->second, HotKey::HotKeyEvent::released);
 }
 

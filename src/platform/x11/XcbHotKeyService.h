@@ -53,6 +53,8 @@ private:
         QList<quint16> lockVariants;
         /// Between a press and its release; further presses meanwhile are key repeats.
         bool isDown = false;
+        /// Server time of the last release delivered, to know a repeat's press by it.
+        std::optional<quint32> lastReleaseTime;
     };
 
     struct PendingRelease

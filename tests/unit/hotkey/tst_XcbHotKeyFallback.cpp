@@ -17,6 +17,7 @@ class tst_XcbHotKeyFallback : public QObject
 
 private Q_SLOTS:
     void registrationFailsQuietlyOffX11();
+    void destroyedServiceLeavesTheRegistry();
 };
 
 void tst_XcbHotKeyFallback::registrationFailsQuietlyOffX11()
@@ -39,6 +40,18 @@ void tst_XcbHotKeyFallback::registrationFailsQuietlyOffX11()
     QVERIFY(HotKey::HotKeysController::hotKeys().empty());
     HotKey::HotKeysController::setService(nullptr);
     QCOMPARE(downs, 0);
+}
+
+void tst_XcbHotKeyFallback::destroyedServiceLeavesTheRegistry()
+{
+    auto service = std::make_unique<XcbHotKeyService>();
+    HotKey::HotKeysController::setService(service.get());
+    auto hotKey = HotKey::HotKey::create(HotKey::KeyCombo(40, 6400));
+    service.reset();
+    QCOMPARE(HotKey::HotKeysController::service(), nullptr);
+    // A hot key that outlives the service is dropped without reaching it.
+    hotKey.reset();
+    QVERIFY(HotKey::HotKeysController::hotKeys().empty());
 }
 
 QTEST_MAIN(tst_XcbHotKeyFallback)
