@@ -10,7 +10,8 @@ rm -rf "$XDG_CONFIG_HOME"
 mkdir -p "$XDG_CONFIG_HOME"
 
 "$test_binary" runningApplicationsIdentifyRealApps trackerFollowsActivationAndIgnoresTessaline \
-    activateBringsTheAppToTheFront windowTypeDecidesWhetherAnAppIsRegular \
+    activateBringsTheAppToTheFront activateBringsBackTheAppsMostRecentWindow \
+    windowTypeDecidesWhetherAnAppIsRegular \
     clearedOrRepeatedActiveWindowIsNotAnnounced
 echo "--- restart ---"
 "$test_binary" savedAppIsRestoredAfterRestart

@@ -59,6 +59,20 @@ QString visibleWindowOf(qint64 pid)
         .section(QLatin1Char('\n'), 0, 0);
 }
 
+/// Every visible window of a process, as xdotool finds them.
+QStringList visibleWindowsOf(qint64 pid)
+{
+    return run(QStringLiteral("xdotool"),
+               {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
+                QString::number(pid)})
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QString activeWindowId()
+{
+    return run(QStringLiteral("xdotool"), {QStringLiteral("getactivewindow")});
+}
+
 bool activateWindow(const QString& window)
 {
     return QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("windowactivate"),
@@ -125,6 +139,7 @@ private slots:
     void runningApplicationsIdentifyRealApps();
     void trackerFollowsActivationAndIgnoresTessaline();
     void activateBringsTheAppToTheFront();
+    void activateBringsBackTheAppsMostRecentWindow();
     void windowTypeDecidesWhetherAnAppIsRegular();
     void clearedOrRepeatedActiveWindowIsNotAnnounced();
     void savedAppIsRestoredAfterRestart();
@@ -277,6 +292,46 @@ void TestWorkspaceTracker::activateBringsTheAppToTheFront()
     RunningApplication gone = *xterm;
     gone.processId = 999999;
     QVERIFY(!m_workspace->activate(gone));
+}
+
+void TestWorkspaceTracker::activateBringsBackTheAppsMostRecentWindow()
+{
+    startApps();
+    const QString first = visibleWindowOf(m_mousepad.processId());
+    const QString xtermWindow = visibleWindowOf(m_xterm.processId());
+    QVERIFY(activateWindow(first));
+    QTRY_COMPARE_WITH_TIMEOUT(activeWindowId(), first, kSwitchMs);
+    // Mousepad opens a second window of the same process.
+    QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
+                               {QStringLiteral("key"), QStringLiteral("ctrl+shift+n")}),
+             0);
+    QTRY_COMPARE_WITH_TIMEOUT(visibleWindowsOf(m_mousepad.processId()).size(), 2, kSwitchMs);
+    QStringList windows = visibleWindowsOf(m_mousepad.processId());
+    windows.removeAll(first);
+    QCOMPARE(windows.size(), 1);
+    const QString second = windows.first();
+
+    const auto mousepad = appWithPid(*m_workspace, m_mousepad.processId());
+    QVERIFY(mousepad);
+    for (const QString& recent : {first, second, first}) {
+        // The workspace learns the order from the notifications: give the event loop time to
+        // deliver each switch, as it has between a user's clicks.
+        QVERIFY(activateWindow(recent));
+        QTRY_COMPARE_WITH_TIMEOUT(activeWindowId(), recent, kSwitchMs);
+        QTest::qWait(200);
+        QVERIFY(activateWindow(xtermWindow));
+        QTRY_COMPARE_WITH_TIMEOUT(activeWindowId(), xtermWindow, kSwitchMs);
+        // The other window is raised above it without being activated: being on top is not
+        // what counts.
+        const QString other = recent == first ? second : first;
+        QCOMPARE(
+            QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("windowraise"), other}),
+            0);
+        QTest::qWait(200);
+        QCOMPARE(activeWindowId(), xtermWindow);
+        QVERIFY(m_workspace->activate(*mousepad));
+        QTRY_COMPARE_WITH_TIMEOUT(activeWindowId(), recent, kSwitchMs);
+    }
 }
 
 void TestWorkspaceTracker::windowTypeDecidesWhetherAnAppIsRegular()
