@@ -12,6 +12,6 @@ mkdir -p "$XDG_CONFIG_HOME"
 "$test_binary" runningApplicationsIdentifyRealApps trackerFollowsActivationAndIgnoresTessaline \
     activateBringsTheAppToTheFront activateBringsBackTheAppsMostRecentWindow \
     windowTypeDecidesWhetherAnAppIsRegular \
-    clearedOrRepeatedActiveWindowIsNotAnnounced
+    clearedOrRepeatedActiveWindowIsNotAnnounced windowsThatAreGoneAreLeftOut
 echo "--- restart ---"
 "$test_binary" savedAppIsRestoredAfterRestart

@@ -6,6 +6,7 @@
 #include "context/FrontmostAppTracker.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/x11/X11Workspace.h"
+#include "platform/x11/XcbWindowProperties.h"
 #include "settings/DefaultsStore.h"
 
 #include <QFile>
@@ -142,6 +143,7 @@ private slots:
     void activateBringsBackTheAppsMostRecentWindow();
     void windowTypeDecidesWhetherAnAppIsRegular();
     void clearedOrRepeatedActiveWindowIsNotAnnounced();
+    void windowsThatAreGoneAreLeftOut();
     void savedAppIsRestoredAfterRestart();
 
 private:
@@ -377,6 +379,26 @@ void TestWorkspaceTracker::clearedOrRepeatedActiveWindowIsNotAnnounced()
     QTRY_COMPARE_WITH_TIMEOUT(activations.size(), 1, kSwitchMs);
     QCOMPARE(activations.first().first().value<std::optional<RunningApplication>>()->processId,
              m_mousepad.processId());
+}
+
+void TestWorkspaceTracker::windowsThatAreGoneAreLeftOut()
+{
+    startApps();
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    QVERIFY(!xcb_connection_has_error(connection));
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    XcbWindowProperties properties(connection, root);
+
+    const xcb_window_t xterm = visibleWindowOf(m_xterm.processId()).toUInt();
+    // A window id that no client owns, as when a window closes after the list was read.
+    const xcb_window_t gone = xcb_generate_id(connection);
+    const QList<ClientWindow> described = properties.describe({gone, xterm});
+    xcb_disconnect(connection);
+
+    QCOMPARE(described.size(), 1);
+    QCOMPARE(described.first().id, xterm);
+    QCOMPARE(described.first().wmClass, QStringLiteral("XTerm"));
+    QCOMPARE(described.first().pid, m_xterm.processId());
 }
 
 void TestWorkspaceTracker::savedAppIsRestoredAfterRestart()
