@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "search/FuzzyMatch.h"
 
+#include "search/FuzzyQuery.h"
+#include "search/FuzzyShortcut.h"
+#include "search/FuzzyText.h"
 #include "search/Graphemes.h"
 #include "search/ScoreArithmetic.h"
 #include "vault/ShortcutItem.h"
@@ -114,6 +117,150 @@ QString highlighted(const QString& text, const QString& query, const QString& ac
     if (inRun)
         html += close;
     return html;
+}
+
+namespace {
+
+// ASCII text without carriage returns: one byte per character.
+struct AsciiCandidate
+{
+    const unsigned char* bytes;
+    qsizetype count;
+
+    qsizetype size() const { return count; }
+    qsizetype lowerSize() const { return count; }
+    bool equals(qsizetype i, const FuzzyQuery& query, qsizetype qi) const
+    {
+        return FuzzyText::asciiKey(bytes[i]) == query.keyAt(qi);
+    }
+    quint8 flags(qsizetype i) const { return FuzzyText::asciiFlags(bytes[i]); }
+};
+
+struct PreparedCandidate
+{
+    const FuzzyText& text;
+
+    qsizetype size() const { return text.size(); }
+    qsizetype lowerSize() const { return text.lowerSize(); }
+    bool equals(qsizetype i, const FuzzyQuery& query, qsizetype qi) const
+    {
+        const char32_t key = text.keyAt(i);
+        return key == query.keyAt(qi) &&
+               (key < FuzzyText::kWideKey || text.wideKeyAt(i) == query.wideKeyAt(qi));
+    }
+    quint8 flags(qsizetype i) const { return text.flagsAt(i); }
+};
+
+// The matching walk of match(), over any candidate form.
+template <bool WithPositions, typename Candidate>
+std::optional<Match> walk(const FuzzyQuery& query, const Candidate& candidate)
+{
+    const qsizetype count = query.size();
+    if (count == 0)
+        return Match{0, {}};
+    if (candidate.size() < count)
+        return std::nullopt;
+    const qsizetype lowerSize = candidate.lowerSize();
+    if (lowerSize == 0)
+        return std::nullopt;
+
+    qsizetype qi = 0;
+    qint64 last = -2;
+    qint64 first = -1;
+    qint64 score = 0;
+    QList<qint64> positions;
+    if constexpr (WithPositions)
+        positions.reserve(count);
+    for (qsizetype i = 0; i < lowerSize; ++i) {
+        if (!candidate.equals(i, query, qi))
+            continue;
+        if (first < 0)
+            first = i;
+        if constexpr (WithPositions)
+            positions.append(i);
+        score = ScoreArithmetic::add(score, kMatchPoint);
+        if (i - 1 == last)
+            score = ScoreArithmetic::add(score, kConsecutiveBonus);
+        if (i == 0) {
+            score = ScoreArithmetic::add(score, kStartBonus);
+        } else {
+            const quint8 prev = candidate.flags(i - 1);
+            if (prev & FuzzyText::Separator)
+                score = ScoreArithmetic::add(score, kWordBoundaryBonus);
+            else if ((prev & FuzzyText::Lowercase) && (candidate.flags(i) & FuzzyText::Uppercase))
+                score = ScoreArithmetic::add(score, kCamelCaseBonus);
+        }
+        last = i;
+        if (++qi == count)
+            break;
+    }
+    if (qi != count)
+        return std::nullopt;
+    score = ScoreArithmetic::subtract(score,
+                                      ScoreArithmetic::unmatchedPenalty(candidate.size(), count));
+    score = ScoreArithmetic::subtract(score, ScoreArithmetic::latePenalty(first));
+    return Match{score, std::move(positions)};
+}
+
+template <bool WithPositions>
+std::optional<Match> walkPrepared(const FuzzyQuery& query, const FuzzyText& candidate)
+{
+    if (candidate.isAscii()) {
+        const QByteArray& bytes = candidate.asciiBytes();
+        return walk<WithPositions>(
+            query, AsciiCandidate{reinterpret_cast<const unsigned char*>(bytes.constData()),
+                                  bytes.size()});
+    }
+    return walk<WithPositions>(query, PreparedCandidate{candidate});
+}
+
+std::optional<qint64> scoreOf(const std::optional<Match>& m)
+{
+    return m ? std::optional<qint64>(m->score) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<Match> match(const FuzzyQuery& query, const FuzzyText& candidate)
+{
+    return walkPrepared<true>(query, candidate);
+}
+
+std::optional<qint64> matchScore(const FuzzyQuery& query, const FuzzyText& candidate)
+{
+    return scoreOf(walkPrepared<false>(query, candidate));
+}
+
+std::optional<qint64> matchScore(const FuzzyQuery& query, QByteArrayView utf8Candidate)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8Candidate.data());
+    const qsizetype size = utf8Candidate.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        if (bytes[i] >= 0x80 || bytes[i] == '\r')
+            return matchScore(query, FuzzyText(QString::fromUtf8(utf8Candidate)));
+    }
+    return scoreOf(walk<false>(query, AsciiCandidate{bytes, size}));
+}
+
+std::optional<qint64> score(const FuzzyQuery& searchTerm, const FuzzyShortcut& item)
+{
+    if (searchTerm.isEmpty())
+        return 0;
+
+    std::optional<qint64> best;
+    if (const auto name = matchScore(searchTerm, item.name))
+        best = ScoreArithmetic::add(*name, kNameBonus);
+
+    const auto consider = [&](const FuzzyText& field) {
+        const auto fieldScore = matchScore(searchTerm, field);
+        if (fieldScore && (!best || *fieldScore > *best))
+            best = fieldScore;
+    };
+    consider(item.chord);
+    consider(item.detail);
+    for (const FuzzyText& tag : item.tags)
+        consider(tag);
+    return best;
 }
 
 } // namespace Tessaline::FuzzyMatch
