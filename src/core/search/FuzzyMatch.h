@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArrayView>
 #include <QList>
 #include <QString>
 
@@ -9,6 +10,9 @@
 namespace Tessaline {
 
 struct ShortcutItem;
+class FuzzyQuery;
+class FuzzyText;
+struct FuzzyShortcut;
 
 /// The matcher behind every search field: a subsequence match over user-perceived characters
 /// with small bonuses for word starts, separators, camel-case humps and runs, and small
@@ -46,6 +50,18 @@ std::optional<qint64> score(const QString& query, const ShortcutItem& item);
 /// `query` matches in bold and `accentColor`.
 QString highlighted(const QString& text, const QString& query,
                     const QString& accentColor = defaultAccentColor());
+
+// The same operations over prepared forms, for lists searched again at every keystroke. Their
+// results are those of the plain operations above for the same strings.
+
+/// match() of a prepared query against a prepared candidate.
+std::optional<Match> match(const FuzzyQuery& query, const FuzzyText& candidate);
+/// The score of match(), without positions.
+std::optional<qint64> matchScore(const FuzzyQuery& query, const FuzzyText& candidate);
+/// The score of match() against a UTF-8 candidate; ASCII lines are matched byte by byte.
+std::optional<qint64> matchScore(const FuzzyQuery& query, QByteArrayView utf8Candidate);
+/// score() with a query from FuzzyQuery::searchTerm() and a prepared shortcut.
+std::optional<qint64> score(const FuzzyQuery& searchTerm, const FuzzyShortcut& item);
 
 } // namespace FuzzyMatch
 } // namespace Tessaline

@@ -116,4 +116,27 @@ bool isSeparator(QStringView character)
     return character.size() == 1 && isSeparator(char32_t(character[0].unicode()));
 }
 
+bool isSimpleUnit(char16_t unit)
+{
+    // Units in the ranges below that composition replaces by another character.
+    constexpr std::array<char16_t, 9> kSingletons{
+        0x0374, 0x037E, 0x0387, // Greek numeral sign, question mark, ano teleia
+        0x2126, 0x212A, 0x212B, // ohm, kelvin and angstrom signs
+        0x2329, 0x232A, 0x2ADC, // angle brackets, forking
+    };
+    if (std::find(kSingletons.begin(), kSingletons.end(), unit) != kSingletons.end())
+        return false;
+    if (unit < 0x0300) // Latin-1, Latin Extended, IPA, spacing modifiers; CR joins a LF
+        return unit != u'\r';
+    if (unit >= 0x0370 && unit <= 0x052F) // Greek and Cyrillic, without Cyrillic combining marks
+        return !(unit >= 0x0483 && unit <= 0x0489);
+    if (unit >= 0x2010 && unit <= 0x205F) // punctuation, past the spaces and joiners
+        return true;
+    if (unit >= 0x2070 && unit <= 0x20CF) // super- and subscripts, currency
+        return true;
+    if (unit >= 0x2100 && unit <= 0x2BFF) // letterlike, arrows, maths, technical, shapes
+        return true;
+    return unit >= 0x4E00 && unit <= 0x9FFF; // CJK ideographs
+}
+
 } // namespace Tessaline::Graphemes

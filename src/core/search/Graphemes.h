@@ -36,4 +36,11 @@ constexpr bool isSeparator(char32_t scalar)
 }
 bool isSeparator(QStringView character);
 
+/// True for UTF-16 units that always form a character of their own, whatever stands around
+/// them, and that canonical composition leaves unchanged: most of Latin, Greek and Cyrillic,
+/// general punctuation, arrows, technical and other symbols (the chord symbols among them) and
+/// CJK ideographs. Combining marks, joiners, selectors, Hangul, surrogates and carriage return
+/// are not. Text made only of these needs no grapheme segmentation.
+bool isSimpleUnit(char16_t unit);
+
 } // namespace Tessaline::Graphemes
