@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include "VaultCli.h"
+#include "VaultCommands.h"
+
 #include <QCoreApplication>
-#include <QTextStream>
 
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QTextStream(stdout) << "tessaline-vault: not built yet\n";
-    return 1;
+    QCoreApplication::setApplicationName(QStringLiteral("tessaline-vault"));
+    Tessaline::VaultCli cli;
+    Tessaline::addVaultCommands(cli);
+    return cli.run(QCoreApplication::arguments().mid(1));
 }
