@@ -113,6 +113,10 @@ int VaultCli::run(const QStringList& arguments)
             parsed.json = true;
         } else if (!optionsEnded && argument.startsWith(QStringLiteral("--")) &&
                    argument.size() > 2) {
+            if (command && command->flagOptions.contains(argument)) {
+                parsed.options.insert(argument, QString());
+                continue;
+            }
             if (!command || !command->valueOptions.contains(argument))
                 return fail(QStringLiteral("unknown option %1 (see --help)").arg(argument),
                             UsageError);

@@ -56,6 +56,9 @@ public:
         /// Whether the command prints data and so accepts --json.
         bool printsData = false;
         std::function<int(VaultCli&, const Arguments&)> run;
+        /// Options that take no value, e.g. "--all"; given ones appear in `options` with an
+        /// empty value.
+        QStringList flagOptions = {};
     };
 
     VaultCli();
