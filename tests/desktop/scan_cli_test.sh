@@ -54,4 +54,8 @@ check "an application that is not running" "$gone" '^org\.example\.NotRunning is
 both=$("$cli" scan --all --bundle-id x 2>&1)
 check "--all and --bundle-id together are refused" "$both" 'either --bundle-id or --all'
 
+help=$("$cli" --help 2>&1)
+check "help names scan" "$help" 'scan \[--bundle-id ID \| --all\]'
+check "help names apps" "$help" $'(^|\n)  apps'
+
 exit $((failures > 0))
