@@ -14,9 +14,9 @@ namespace Tessaline {
 
 VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
 {
-    m_keys.reserve(m_rows.size());
+    m_prepared.reserve(m_rows.size());
     for (const VaultShortcutRow& row : std::as_const(m_rows))
-        m_keys.append(ShortcutSearchKey(row.shortcut));
+        m_prepared.append(PreparedShortcut(row.shortcut));
 
     QHash<QString, qsizetype> indexByName;
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
@@ -72,12 +72,11 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
             found = nameMatches.insert(text, FuzzyMatch::match(trimmedQuery, text).has_value());
         return *found;
     };
-    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(trimmedQuery);
+    const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(trimmedQuery);
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         const VaultShortcutRow& row = m_rows[i];
         kept[i] = matchesText(row.appName) || (row.bundleID && matchesText(*row.bundleID)) ||
-                  (m_keys[i].mayMatch(asciiQuery) &&
-                   FuzzyMatch::score(trimmedQuery, row.shortcut).has_value());
+                  m_prepared[i].score(query).has_value();
     }
     return kept;
 }
