@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "vault/ShortcutSearchKey.h"
 
+#include <cstring>
+
 namespace Tessaline {
 
 namespace {
@@ -57,13 +59,15 @@ bool ShortcutSearchKey::mayMatch(const QByteArray& asciiQuery) const
 {
     if (asciiQuery.isEmpty())
         return true;
-    const char* q = asciiQuery.constData();
-    const char* const qEnd = q + asciiQuery.size();
-    for (const char c : m_kept) {
-        if (c == *q && ++q == qEnd)
-            return true;
+    const char* p = m_kept.constData();
+    const char* const end = p + m_kept.size();
+    for (const char c : asciiQuery) {
+        p = static_cast<const char*>(std::memchr(p, c, end - p));
+        if (!p)
+            return false;
+        ++p;
     }
-    return false;
+    return true;
 }
 
 } // namespace Tessaline

@@ -18,6 +18,22 @@ VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(s
     for (const VaultShortcutRow& row : std::as_const(m_rows))
         m_prepared.append(PreparedShortcut(row.shortcut));
 
+    QHash<QString, qsizetype> textIndex;
+    const auto indexOfText = [&](const QString& text) {
+        auto found = textIndex.constFind(text);
+        if (found == textIndex.cend()) {
+            found = textIndex.insert(text, m_names.size());
+            m_names.append(text);
+        }
+        return *found;
+    };
+    m_nameOfRow.reserve(m_rows.size());
+    m_bundleOfRow.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows)) {
+        m_nameOfRow.append(indexOfText(row.appName));
+        m_bundleOfRow.append(row.bundleID ? indexOfText(*row.bundleID) : -1);
+    }
+
     QHash<QString, qsizetype> indexByName;
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         auto found = indexByName.constFind(m_rows[i].appName);
@@ -64,18 +80,14 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     if (trimmedQuery.isEmpty())
         return kept;
 
-    // App names and bundle ids repeat across a pack's rows: match each distinct one once.
-    QHash<QString, bool> nameMatches;
-    const auto matchesText = [&](const QString& text) {
-        auto found = nameMatches.constFind(text);
-        if (found == nameMatches.cend())
-            found = nameMatches.insert(text, FuzzyMatch::match(trimmedQuery, text).has_value());
-        return *found;
-    };
+    // App names and bundle ids repeat across a pack's rows: each distinct one is matched once.
+    QList<bool> textMatches(m_names.size());
+    for (qsizetype i = 0; i < m_names.size(); ++i)
+        textMatches[i] = FuzzyMatch::match(trimmedQuery, m_names[i]).has_value();
     const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(trimmedQuery);
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        const VaultShortcutRow& row = m_rows[i];
-        kept[i] = matchesText(row.appName) || (row.bundleID && matchesText(*row.bundleID)) ||
+        const qsizetype bundle = m_bundleOfRow[i];
+        kept[i] = textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]) ||
                   m_prepared[i].score(query).has_value();
     }
     return kept;

@@ -41,6 +41,11 @@ private:
     QList<bool> keptRows(const QString& trimmedQuery) const;
 
     QList<VaultShortcutRow> m_rows;
+    /// The distinct app names and bundle ids, matched once per query, and for each row the
+    /// index of its own (-1: no bundle id).
+    QStringList m_names;
+    QList<qsizetype> m_nameOfRow;
+    QList<qsizetype> m_bundleOfRow;
     QList<PreparedShortcut> m_prepared;
     QList<Group> m_groups;
 };
