@@ -11,6 +11,7 @@ PreparedShortcut::Query PreparedShortcut::Query::fromTyped(const QString& typed)
     query.trimmed = typed.trimmed();
     query.fuzzy = FuzzyQuery::searchTerm(typed);
     query.ascii = ShortcutSearchKey::asciiQuery(query.trimmed);
+    query.asciiMask = ShortcutSearchKey::maskOf(query.ascii);
     return query;
 }
 
@@ -20,7 +21,7 @@ std::optional<qint64> PreparedShortcut::score(const Query& query) const
 {
     if (query.isEmpty())
         return 0;
-    if (!m_key.mayMatch(query.ascii))
+    if (!m_key.mayMatch(query.ascii, query.asciiMask))
         return std::nullopt;
     return FuzzyMatch::score(query.fuzzy, m_fuzzy);
 }

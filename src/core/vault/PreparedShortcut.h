@@ -25,6 +25,7 @@ public:
         QString trimmed;
         FuzzyQuery fuzzy;
         QByteArray ascii;
+        quint64 asciiMask = 0;
 
         static Query fromTyped(const QString& typed);
         bool isEmpty() const { return trimmed.isEmpty(); }

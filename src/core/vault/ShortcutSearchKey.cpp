@@ -40,6 +40,15 @@ ShortcutSearchKey::ShortcutSearchKey(const ShortcutItem& item)
         for (const QString& tag : *item.tags)
             appendKept(m_kept, tag);
     }
+    m_mask = maskOf(m_kept);
+}
+
+quint64 ShortcutSearchKey::maskOf(QByteArrayView bytes)
+{
+    quint64 mask = 0;
+    for (const char c : bytes)
+        mask |= quint64(1) << (static_cast<unsigned char>(c) & 63);
+    return mask;
 }
 
 QByteArray ShortcutSearchKey::asciiQuery(const QString& trimmedQuery)
@@ -55,10 +64,12 @@ QByteArray ShortcutSearchKey::asciiQuery(const QString& trimmedQuery)
     return query;
 }
 
-bool ShortcutSearchKey::mayMatch(const QByteArray& asciiQuery) const
+bool ShortcutSearchKey::mayMatch(const QByteArray& asciiQuery, quint64 queryMask) const
 {
     if (asciiQuery.isEmpty())
         return true;
+    if (queryMask & ~m_mask)
+        return false;
     const char* p = m_kept.constData();
     const char* const end = p + m_kept.size();
     for (const char c : asciiQuery) {

@@ -24,12 +24,17 @@ public:
     /// mayMatch takes.
     static QByteArray asciiQuery(const QString& trimmedQuery);
 
-    /// False only when none of the texts can match `asciiQuery` (from asciiQuery(); empty
-    /// rules nothing out).
-    bool mayMatch(const QByteArray& asciiQuery) const;
+    /// One bit per byte value (modulo 64) that occurs in `bytes`.
+    static quint64 maskOf(QByteArrayView bytes);
+
+    /// False only when none of the texts can match `asciiQuery` (from asciiQuery(), with
+    /// `queryMask` its maskOf(); empty rules nothing out).
+    bool mayMatch(const QByteArray& asciiQuery, quint64 queryMask) const;
 
 private:
     QByteArray m_kept;
+    /// maskOf(m_kept): a query with a byte the texts lack is turned away without reading them.
+    quint64 m_mask = 0;
 };
 
 } // namespace Tessaline
