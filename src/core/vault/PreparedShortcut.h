@@ -37,6 +37,10 @@ public:
     /// The best score of the query over the item's fields, as FuzzyMatch::score.
     std::optional<qint64> score(const Query& query) const;
 
+    /// The presence mask of the item's text: a list may keep these side by side and skip
+    /// score() for items where `(query.asciiMask & ~mask) != 0`, which cannot match.
+    quint64 mask() const { return m_key.mask(); }
+
 private:
     ShortcutSearchKey m_key;
     FuzzyShortcut m_fuzzy;

@@ -45,9 +45,15 @@ ShortcutSearchKey::ShortcutSearchKey(const ShortcutItem& item)
 
 quint64 ShortcutSearchKey::maskOf(QByteArrayView bytes)
 {
+    // Letters and digits get a bit each; other bytes share the remaining 28.
     quint64 mask = 0;
-    for (const char c : bytes)
-        mask |= quint64(1) << (static_cast<unsigned char>(c) & 63);
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        const int bit = (byte >= 'a' && byte <= 'z')   ? byte - 'a'
+                        : (byte >= '0' && byte <= '9') ? 26 + (byte - '0')
+                                                       : 36 + byte % 28;
+        mask |= quint64(1) << bit;
+    }
     return mask;
 }
 

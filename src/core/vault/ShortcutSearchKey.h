@@ -24,8 +24,10 @@ public:
     /// mayMatch takes.
     static QByteArray asciiQuery(const QString& trimmedQuery);
 
-    /// One bit per byte value (modulo 64) that occurs in `bytes`.
+    /// A bit for each letter and digit that occurs in `bytes`, and shared bits for the rest.
     static quint64 maskOf(QByteArrayView bytes);
+    /// maskOf() of the kept bytes.
+    quint64 mask() const { return m_mask; }
 
     /// False only when none of the texts can match `asciiQuery` (from asciiQuery(), with
     /// `queryMask` its maskOf(); empty rules nothing out).

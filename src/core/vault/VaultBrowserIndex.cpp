@@ -15,8 +15,11 @@ namespace Tessaline {
 VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
 {
     m_prepared.reserve(m_rows.size());
-    for (const VaultShortcutRow& row : std::as_const(m_rows))
+    m_masks.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows)) {
         m_prepared.append(PreparedShortcut(row.shortcut));
+        m_masks.append(m_prepared.back().mask());
+    }
 
     QHash<QString, qsizetype> textIndex;
     const auto indexOfText = [&](const QString& text) {
@@ -88,7 +91,7 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         const qsizetype bundle = m_bundleOfRow[i];
         kept[i] = textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]) ||
-                  m_prepared[i].score(query).has_value();
+                  ((query.asciiMask & ~m_masks[i]) == 0 && m_prepared[i].score(query).has_value());
     }
     return kept;
 }

@@ -47,6 +47,8 @@ private:
     QList<qsizetype> m_nameOfRow;
     QList<qsizetype> m_bundleOfRow;
     QList<PreparedShortcut> m_prepared;
+    /// The rows' presence masks side by side, so most misses cost one word read.
+    QList<quint64> m_masks;
     QList<Group> m_groups;
 };
 
