@@ -1,65 +1,90 @@
 // SPDX-License-Identifier: MIT
 #include "vault/ShortcutSearchKey.h"
 
+#include <cstring>
+
 namespace Tessaline {
 
 namespace {
 
-bool appendAsciiLower(QByteArray& out, const QString& text)
+void appendKept(QByteArray& out, const QString& text)
 {
     for (const QChar c : text) {
         const char16_t unit = c.unicode();
-        if (unit >= 0x80)
-            return false;
-        out += (unit >= 'A' && unit <= 'Z') ? char(unit + ('a' - 'A')) : char(unit);
+        if (unit < 0x80) {
+            out += (unit >= 'A' && unit <= 'Z') ? char(unit + ('a' - 'A')) : char(unit);
+            continue;
+        }
+        // Characters that lower-case to ASCII (KELVIN SIGN, ...) or are canonically equal to
+        // an ASCII one (GREEK QUESTION MARK, GREEK VARIA) can stand for a query character.
+        const char16_t lower = c.toLower().unicode();
+        if (lower < 0x80)
+            out += char(lower);
+        else if (unit == 0x037E)
+            out += ';';
+        else if (unit == 0x1FEF)
+            out += '`';
     }
-    out += '\0';
-    return true;
+    out += '\n';
 }
 
 } // namespace
 
-ShortcutSearchKey::ShortcutSearchKey(const ShortcutItem& item, const QStringList& extraTexts)
+ShortcutSearchKey::ShortcutSearchKey(const ShortcutItem& item)
 {
-    m_ascii.reserve(item.name.size() + item.chord.size() + 48);
-    m_isAscii = appendAsciiLower(m_ascii, item.name) && appendAsciiLower(m_ascii, item.chord) &&
-                appendAsciiLower(m_ascii, item.detailText());
-    if (m_isAscii && item.tags) {
-        for (const QString& tag : *item.tags) {
-            if (!(m_isAscii = appendAsciiLower(m_ascii, tag)))
-                break;
-        }
+    m_kept.reserve(item.name.size() + item.chord.size() + 40);
+    appendKept(m_kept, item.name);
+    appendKept(m_kept, item.chord);
+    appendKept(m_kept, item.detailText());
+    if (item.tags) {
+        for (const QString& tag : *item.tags)
+            appendKept(m_kept, tag);
     }
-    for (const QString& text : extraTexts) {
-        if (!m_isAscii)
-            break;
-        m_isAscii = appendAsciiLower(m_ascii, text);
+    m_mask = maskOf(m_kept);
+}
+
+quint64 ShortcutSearchKey::maskOf(QByteArrayView bytes)
+{
+    // Letters and digits get a bit each; other bytes share the remaining 28.
+    quint64 mask = 0;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        const int bit = (byte >= 'a' && byte <= 'z')   ? byte - 'a'
+                        : (byte >= '0' && byte <= '9') ? 26 + (byte - '0')
+                                                       : 36 + byte % 28;
+        mask |= quint64(1) << bit;
     }
-    if (!m_isAscii)
-        m_ascii.clear();
+    return mask;
 }
 
 QByteArray ShortcutSearchKey::asciiQuery(const QString& trimmedQuery)
 {
+    const QString lower = trimmedQuery.toLower();
     QByteArray query;
-    query.reserve(trimmedQuery.size());
-    if (!appendAsciiLower(query, trimmedQuery))
-        return {};
-    query.chop(1);
+    query.reserve(lower.size());
+    for (const QChar c : lower) {
+        if (c.unicode() >= 0x80)
+            return {};
+        query += char(c.unicode());
+    }
     return query;
 }
 
-bool ShortcutSearchKey::mayMatch(const QByteArray& asciiQuery) const
+bool ShortcutSearchKey::mayMatch(const QByteArray& asciiQuery, quint64 queryMask) const
 {
-    if (!m_isAscii || asciiQuery.isEmpty())
+    if (asciiQuery.isEmpty())
         return true;
-    const char* q = asciiQuery.constData();
-    const char* const qEnd = q + asciiQuery.size();
-    for (const char c : m_ascii) {
-        if (c == *q && ++q == qEnd)
-            return true;
+    if (queryMask & ~m_mask)
+        return false;
+    const char* p = m_kept.constData();
+    const char* const end = p + m_kept.size();
+    for (const char c : asciiQuery) {
+        p = static_cast<const char*>(std::memchr(p, c, end - p));
+        if (!p)
+            return false;
+        ++p;
     }
-    return false;
+    return true;
 }
 
 } // namespace Tessaline

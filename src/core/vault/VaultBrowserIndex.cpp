@@ -14,9 +14,28 @@ namespace Tessaline {
 
 VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
 {
-    m_keys.reserve(m_rows.size());
-    for (const VaultShortcutRow& row : std::as_const(m_rows))
-        m_keys.append(ShortcutSearchKey(row.shortcut));
+    m_prepared.reserve(m_rows.size());
+    m_masks.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows)) {
+        m_prepared.append(PreparedShortcut(row.shortcut));
+        m_masks.append(m_prepared.back().mask());
+    }
+
+    QHash<QString, qsizetype> textIndex;
+    const auto indexOfText = [&](const QString& text) {
+        auto found = textIndex.constFind(text);
+        if (found == textIndex.cend()) {
+            found = textIndex.insert(text, m_names.size());
+            m_names.append(text);
+        }
+        return *found;
+    };
+    m_nameOfRow.reserve(m_rows.size());
+    m_bundleOfRow.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows)) {
+        m_nameOfRow.append(indexOfText(row.appName));
+        m_bundleOfRow.append(row.bundleID ? indexOfText(*row.bundleID) : -1);
+    }
 
     QHash<QString, qsizetype> indexByName;
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
@@ -64,20 +83,15 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     if (trimmedQuery.isEmpty())
         return kept;
 
-    // App names and bundle ids repeat across a pack's rows: match each distinct one once.
-    QHash<QString, bool> nameMatches;
-    const auto matchesText = [&](const QString& text) {
-        auto found = nameMatches.constFind(text);
-        if (found == nameMatches.cend())
-            found = nameMatches.insert(text, FuzzyMatch::match(trimmedQuery, text).has_value());
-        return *found;
-    };
-    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(trimmedQuery);
+    // App names and bundle ids repeat across a pack's rows: each distinct one is matched once.
+    QList<bool> textMatches(m_names.size());
+    for (qsizetype i = 0; i < m_names.size(); ++i)
+        textMatches[i] = FuzzyMatch::match(trimmedQuery, m_names[i]).has_value();
+    const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(trimmedQuery);
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
-        const VaultShortcutRow& row = m_rows[i];
-        kept[i] = matchesText(row.appName) || (row.bundleID && matchesText(*row.bundleID)) ||
-                  (m_keys[i].mayMatch(asciiQuery) &&
-                   FuzzyMatch::score(trimmedQuery, row.shortcut).has_value());
+        const qsizetype bundle = m_bundleOfRow[i];
+        kept[i] = textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]) ||
+                  ((query.asciiMask & ~m_masks[i]) == 0 && m_prepared[i].score(query).has_value());
     }
     return kept;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vault/BrowserRows.h"
-#include "vault/ShortcutSearchKey.h"
+#include "vault/PreparedShortcut.h"
 #include "vault/VaultShortcutRow.h"
 
 #include <QList>
@@ -12,7 +12,7 @@ namespace Tessaline {
 
 /// The browser's rows prepared once per vault change, so that each keystroke only filters:
 /// the grouped order is computed up front (a stable sort keeps its order on any subset), and
-/// each row carries a quick pre-check of its searchable text. Results equal
+/// each row keeps its shortcut in the matcher's prepared form. Results equal
 /// BrowserRows::groupedRows(BrowserRows::rows(allRows, query)).
 class VaultBrowserIndex
 {
@@ -41,7 +41,14 @@ private:
     QList<bool> keptRows(const QString& trimmedQuery) const;
 
     QList<VaultShortcutRow> m_rows;
-    QList<ShortcutSearchKey> m_keys;
+    /// The distinct app names and bundle ids, matched once per query, and for each row the
+    /// index of its own (-1: no bundle id).
+    QStringList m_names;
+    QList<qsizetype> m_nameOfRow;
+    QList<qsizetype> m_bundleOfRow;
+    QList<PreparedShortcut> m_prepared;
+    /// The rows' presence masks side by side, so most misses cost one word read.
+    QList<quint64> m_masks;
     QList<Group> m_groups;
 };
 

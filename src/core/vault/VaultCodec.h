@@ -26,6 +26,10 @@ struct DecodeResult
 /// document; unknown keys are ignored. Lists keep the order of the file.
 DecodeResult decode(const QByteArray& json);
 
+/// decode() through a QJsonDocument tree: slower, the same results. decode() falls back on it
+/// for documents its own reader does not take.
+DecodeResult decodeTree(const QByteArray& json);
+
 /// Writes a vault document: pretty-printed, keys in ascending byte order, "/" escaped as "\/",
 /// absent optional fields omitted (never null), lists in memory order.
 QByteArray encode(const VaultData& data);

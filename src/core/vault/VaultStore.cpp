@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "vault/VaultStore.h"
 
-#include "search/FuzzyMatch.h"
 #include "vault/FallbackData.h"
-#include "vault/ShortcutSearchKey.h"
 #include "vault/VaultOrder.h"
 
 #include <QCoreApplication>
@@ -114,10 +112,16 @@ void VaultStore::setFilter(const QString& filter)
     emit filterChanged();
 }
 
+void VaultStore::publishDataChange()
+{
+    m_prepared.clear();
+    emit dataChanged();
+}
+
 void VaultStore::setData(VaultData data)
 {
     m_data = std::move(data);
-    emit dataChanged();
+    publishDataChange();
 }
 
 void VaultStore::setLastError(std::optional<QString> error)
@@ -348,7 +352,7 @@ void VaultStore::toggleFavorite(const ShortcutItem& item, const TrackedApp& app)
                                ? m_data.global[location->item]
                                : m_data.apps[location->pack].shortcuts[location->item];
     stored.favorite = favorite;
-    emit dataChanged();
+    publishDataChange();
     persistQuietly();
 }
 
@@ -389,7 +393,7 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
     if (index < 0) {
         m_data.apps.append(AppShortcutPack{app.name, app.bundleID, {}});
         index = m_data.apps.size() - 1;
-        emit dataChanged();
+        publishDataChange();
     }
 
     const auto keyOf = [](const ShortcutItem& item) {
@@ -411,11 +415,11 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
         ++added;
     }
     if (added > 0)
-        emit dataChanged();
+        publishDataChange();
 
     // Any scan re-sorts the pack, even one that added nothing.
     VaultOrder::sort(shortcuts);
-    emit dataChanged();
+    publishDataChange();
 
     persistQuietly();
     return added;
@@ -427,64 +431,78 @@ bool VaultStore::isScanned(const ShortcutItem& item)
            (item.tags && item.tags->contains(QStringLiteral("scanned")));
 }
 
+const QList<PreparedShortcut>& VaultStore::preparedItems(qsizetype packIndex) const
+{
+    auto found = m_prepared.constFind(packIndex);
+    if (found == m_prepared.cend()) {
+        const QList<ShortcutItem>& items =
+            packIndex < 0 ? m_data.global : m_data.apps[packIndex].shortcuts;
+        QList<PreparedShortcut> prepared;
+        prepared.reserve(items.size());
+        for (const ShortcutItem& item : items)
+            prepared.append(PreparedShortcut(item));
+        found = m_prepared.insert(packIndex, std::move(prepared));
+    }
+    return *found;
+}
+
 QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
 {
-    const QString query = m_filter.trimmed();
+    const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(m_filter);
     const qsizetype index = packIndex(app);
     const QString title = index >= 0 ? m_data.apps[index].name : app.name;
 
-    QList<ShortcutItem> favorites;
-    QList<ShortcutItem> curated;
-    QList<ShortcutItem> discovered;
+    // Each candidate section as indices into its list: the app's pack or the global list.
+    struct Candidate
+    {
+        QString title;
+        qsizetype list;
+        QList<qsizetype> items;
+    };
+    QList<Candidate> candidates{
+        {QStringLiteral("Favorites for ") + title, index, {}},
+        {title + QStringLiteral(" shortcuts"), index, {}},
+        {QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"), index, {}},
+        {globalSectionTitle(), -1, {}}};
     if (index >= 0) {
-        for (const ShortcutItem& item : m_data.apps[index].shortcuts) {
-            if (item.isFavorite())
-                favorites.append(item);
-            else if (isScanned(item))
-                discovered.append(item);
-            else
-                curated.append(item);
+        const QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
+        for (qsizetype i = 0; i < shortcuts.size(); ++i) {
+            const ShortcutItem& item = shortcuts[i];
+            candidates[item.isFavorite() ? 0 : isScanned(item) ? 2 : 1].items.append(i);
         }
     }
-
-    QList<ShortcutSection> candidates;
-    if (!favorites.isEmpty())
-        candidates.append({QStringLiteral("Favorites for ") + title, std::move(favorites)});
-    if (!curated.isEmpty())
-        candidates.append({title + QStringLiteral(" shortcuts"), std::move(curated)});
-    if (!discovered.isEmpty())
-        candidates.append({QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"),
-                           std::move(discovered)});
-    candidates.append({globalSectionTitle(), m_data.global});
+    for (qsizetype i = 0; i < m_data.global.size(); ++i)
+        candidates[3].items.append(i);
 
     QList<ShortcutSection> result;
-    if (query.isEmpty()) {
-        for (ShortcutSection& section : candidates) {
-            if (!section.shortcuts.isEmpty())
-                result.append(std::move(section));
+    for (const Candidate& candidate : std::as_const(candidates)) {
+        if (candidate.items.isEmpty())
+            continue;
+        const QList<ShortcutItem>& items =
+            candidate.list < 0 ? m_data.global : m_data.apps[candidate.list].shortcuts;
+        ShortcutSection section{candidate.title, {}};
+        if (query.isEmpty()) {
+            section.shortcuts.reserve(candidate.items.size());
+            for (const qsizetype i : candidate.items)
+                section.shortcuts.append(items[i]);
+            result.append(std::move(section));
+            continue;
         }
-        return result;
-    }
-
-    // Ranking happens within each section; the sections keep their fixed order.
-    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(query);
-    for (const ShortcutSection& section : candidates) {
-        QList<std::pair<qint64, const ShortcutItem*>> ranked;
-        for (const ShortcutItem& item : section.shortcuts) {
-            if (!ShortcutSearchKey(item).mayMatch(asciiQuery))
-                continue;
-            if (const std::optional<qint64> score = FuzzyMatch::score(query, item))
-                ranked.append({*score, &item});
+        // Ranking happens within each section; the sections keep their fixed order.
+        const QList<PreparedShortcut>& prepared = preparedItems(candidate.list);
+        QList<std::pair<qint64, qsizetype>> ranked;
+        for (const qsizetype i : candidate.items) {
+            if (const std::optional<qint64> score = prepared[i].score(query))
+                ranked.append({*score, i});
         }
         if (ranked.isEmpty())
             continue;
         std::stable_sort(ranked.begin(), ranked.end(),
                          [](const auto& a, const auto& b) { return a.first > b.first; });
-        ShortcutSection kept{section.title, {}};
-        kept.shortcuts.reserve(ranked.size());
-        for (const auto& entry : ranked)
-            kept.shortcuts.append(*entry.second);
-        result.append(std::move(kept));
+        section.shortcuts.reserve(ranked.size());
+        for (const auto& entry : std::as_const(ranked))
+            section.shortcuts.append(items[entry.second]);
+        result.append(std::move(section));
     }
     return result;
 }

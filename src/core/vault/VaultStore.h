@@ -3,12 +3,14 @@
 
 #include "context/TrackedApp.h"
 #include "vault/AppShortcutPack.h"
+#include "vault/PreparedShortcut.h"
 #include "vault/ShortcutItem.h"
 #include "vault/ShortcutSection.h"
 #include "vault/VaultCodec.h"
 #include "vault/VaultData.h"
 #include "vault/VaultShortcutRow.h"
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -117,6 +119,11 @@ private:
     std::optional<ItemLocation> locateItem(const QString& itemId, const TrackedApp& app) const;
 
     void setData(VaultData data);
+    /// Every change of `data` goes through here: drops the prepared search forms and notifies.
+    void publishDataChange();
+    /// The prepared search forms of a pack's items (-1: the global list), built on first use
+    /// after each change and kept while the vault stays as it is.
+    const QList<PreparedShortcut>& preparedItems(qsizetype packIndex) const;
     void setLastError(std::optional<QString> error);
 
     Configuration m_configuration;
@@ -124,6 +131,7 @@ private:
     QString m_filter;
     std::optional<QString> m_lastError;
     bool m_dataFileDamaged = false;
+    mutable QHash<qsizetype, QList<PreparedShortcut>> m_prepared;
 };
 
 } // namespace Tessaline

@@ -121,7 +121,7 @@ void TestBrowserRows::nothingFoundGivesNoGroups()
 void TestBrowserRows::indexAgreesWithThePlainAlgorithm_data()
 {
     QTest::addColumn<quint32>("seed");
-    for (quint32 seed : {1u, 2u, 3u, 42u, 777u})
+    for (quint32 seed : {1u, 42u, 777u})
         QTest::addRow("seed %u", seed) << seed;
 }
 
@@ -160,7 +160,7 @@ void TestBrowserRows::indexAgreesWithThePlainAlgorithm()
         all.append(entry);
     }
     const VaultBrowserIndex index(all);
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 25; ++i) {
         const QString query = text(3);
         const QList<VaultShortcutRow> plain = BrowserRows::rows(all, query);
         QCOMPARE(index.rows(query), plain);

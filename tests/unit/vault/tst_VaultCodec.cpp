@@ -3,6 +3,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Tessaline;
@@ -23,6 +24,9 @@ private slots:
     void escapesSlashesQuotesAndControls();
     void encodedOutputDecodesToTheSameData();
     void acceptsAnyWhitespace();
+    void invalidUtf8IsASyntaxError();
+    void readersAgreeOnRandomDocuments_data();
+    void readersAgreeOnRandomDocuments();
 };
 
 void TestVaultCodec::invalidDocumentsFailWithTheirPlace_data()
@@ -235,6 +239,138 @@ void TestVaultCodec::acceptsAnyWhitespace()
         VaultCodec::decode("\r\n\t{\"apps\":[],\n\n\"global\"   :\t[ ]  }  \n");
     QVERIFY2(result, qPrintable(result.error));
     QCOMPARE(*result.data, VaultData::empty());
+}
+
+void TestVaultCodec::invalidUtf8IsASyntaxError()
+{
+    for (const QByteArray& json :
+         {QByteArray("{\"global\": [], \"apps\": [], \"_comment\": \"\xff\"}"),
+          QByteArray("{\"global\": [], \"apps\": [], \"\xc3\": 1}")}) {
+        const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+        QVERIFY(!result);
+        QVERIFY2(result.error.startsWith(QStringLiteral("syntax error at byte offset")),
+                 qPrintable(result.error));
+        QCOMPARE(result.error, VaultCodec::decodeTree(json).error);
+    }
+}
+
+void TestVaultCodec::readersAgreeOnRandomDocuments_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 8; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void TestVaultCodec::readersAgreeOnRandomDocuments()
+{
+    // Random vault-like documents with unknown keys, nulls, escapes, non-ASCII text and the
+    // occasional wrong type; some are then cut or have a byte removed. The reader of its own
+    // must agree with the one over QJsonDocument on every one of them.
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const auto chance = [&](int percent) { return int(random.bounded(100)) < percent; };
+    const QStringList texts{QStringLiteral("Save"),        QStringLiteral("a/b"),
+                            QStringLiteral("q\"x\""),      QStringLiteral("é ⌘ 👍🏽"),
+                            QStringLiteral("tab\tline\n"), QString()};
+    const auto stringJson = [&]() {
+        const QString text = texts.at(random.bounded(texts.size()));
+        QString escaped = text;
+        escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"))
+            .replace(QLatin1Char('"'), QStringLiteral("\\\""))
+            .replace(QLatin1Char('\t'), QStringLiteral("\\t"))
+            .replace(QLatin1Char('\n'), QStringLiteral("\\u000a"));
+        return QStringLiteral("\"") + escaped + QStringLiteral("\"");
+    };
+    const auto anyJson = [&]() -> QString {
+        switch (random.bounded(6)) {
+        case 0:
+            return QStringLiteral("null");
+        case 1:
+            return QStringLiteral("true");
+        case 2:
+            return QStringLiteral("-12.5e3");
+        case 3:
+            return QStringLiteral("{\"x\": [1, {\"y\": null}]}");
+        case 4:
+            return QStringLiteral("[]");
+        default:
+            return stringJson();
+        }
+    };
+    const auto field = [&](const char* key, const QString& good) {
+        return QStringLiteral("\"%1\": %2")
+            .arg(QLatin1StringView(key), chance(3) ? anyJson() : good);
+    };
+    const auto itemJson = [&]() {
+        QStringList fields;
+        if (!chance(2))
+            fields << field("name", stringJson());
+        if (!chance(2))
+            fields << field("chord", stringJson());
+        if (chance(50))
+            fields << field("favorite",
+                            chance(30) ? QStringLiteral("null") : QStringLiteral("false"));
+        if (chance(50))
+            fields << field("tags", QStringLiteral("[%1, %2]").arg(stringJson(), stringJson()));
+        if (chance(40))
+            fields << field("note", chance(30) ? QStringLiteral("null") : stringJson());
+        if (chance(40))
+            fields << field("menu", stringJson());
+        if (chance(20))
+            fields << field("source", stringJson());
+        if (chance(20))
+            fields << QStringLiteral("\"extra\": ") + anyJson();
+        std::shuffle(fields.begin(), fields.end(), random);
+        return QStringLiteral("{") + fields.join(QStringLiteral(",\n ")) + QStringLiteral("}");
+    };
+    int accepted = 0;
+    int refused = 0;
+    for (int round = 0; round < 60; ++round) {
+        QStringList items;
+        for (int i = random.bounded(4); i > 0; --i)
+            items << itemJson();
+        QStringList packs;
+        for (int i = random.bounded(3); i > 0; --i) {
+            QStringList shortcuts;
+            for (int j = random.bounded(3); j > 0; --j)
+                shortcuts << itemJson();
+            packs << QStringLiteral("{%1, %2, %3}")
+                         .arg(field("name", stringJson()),
+                              field("bundleID", chance(30) ? QStringLiteral("null") : stringJson()),
+                              field("shortcuts", QStringLiteral("[") +
+                                                     shortcuts.join(QLatin1Char(',')) +
+                                                     QStringLiteral("]")));
+        }
+        QStringList root{field("global", QStringLiteral("[") + items.join(QLatin1Char(',')) +
+                                             QStringLiteral("]")),
+                         field("apps", QStringLiteral("[") + packs.join(QLatin1Char(',')) +
+                                           QStringLiteral("]"))};
+        if (chance(50))
+            root << field("_comment", stringJson());
+        if (chance(5))
+            root.removeAt(random.bounded(root.size()));
+        std::shuffle(root.begin(), root.end(), random);
+        QByteArray json =
+            (QStringLiteral(" {") + root.join(QStringLiteral(",\n")) + QStringLiteral("}\n"))
+                .toUtf8();
+        if (chance(15))
+            json.remove(random.bounded(json.size()), 1);
+        if (chance(5))
+            json.truncate(random.bounded(json.size()));
+
+        const VaultCodec::DecodeResult fast = VaultCodec::decode(json);
+        const VaultCodec::DecodeResult tree = VaultCodec::decodeTree(json);
+        QVERIFY2(bool(fast) == bool(tree), json.constData());
+        ++(fast ? accepted : refused);
+        if (fast) {
+            QCOMPARE(*fast.data, *tree.data);
+        } else if (tree.error.startsWith(QStringLiteral("syntax error"))) {
+            QCOMPARE(fast.error, tree.error);
+        }
+    }
+    qInfo("%d documents accepted, %d refused", accepted, refused);
+    QVERIFY(accepted > 5);
+    QVERIFY(refused > 5);
 }
 
 QTEST_GUILESS_MAIN(TestVaultCodec)
