@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QHashFunctions>
+#include <QMetaType>
+#include <QObject>
 #include <QString>
 
 #include <optional>
@@ -12,11 +14,19 @@ namespace Tessaline {
 /// bundle id (on Linux the desktop-file id, e.g. "org.xfce.mousepad").
 struct TrackedApp
 {
+    Q_GADGET
+    Q_PROPERTY(QString name MEMBER name)
+    /// The bundle id for views; empty when the app has none.
+    Q_PROPERTY(QString bundleID READ bundleIDOrEmpty)
+
+public:
     QString name;
     std::optional<QString> bundleID;
 
     /// The stand-in used when no application is known: "Mac" with no bundle id.
     static TrackedApp placeholder();
+
+    QString bundleIDOrEmpty() const { return bundleID.value_or(QString()); }
 
     friend bool operator==(const TrackedApp&, const TrackedApp&) = default;
 };

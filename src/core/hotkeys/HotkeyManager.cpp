@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "hotkeys/HotkeyManager.h"
+
+#include "platform/Scheduler.h"
+#include "settings/DefaultsStore.h"
+
+#include <hotkey/HotKey.h>
+#include <hotkey/ModifierFlags.h>
+
+#include <QPointer>
+
+namespace Tessaline {
+namespace {
+
+quint32 storedUInt32(const DefaultsStore& defaults, const char* key, quint32 fallback)
+{
+    const std::optional<qint64> stored = defaults.integerValue(QLatin1String(key));
+    if (!stored)
+        return fallback;
+    if (*stored < 0 || *stored > 0xFFFFFFFFll)
+        qFatal("HotkeyManager: the stored %s does not fit in 32 bits unsigned", key);
+    return static_cast<quint32>(*stored);
+}
+
+} // namespace
+
+QString HotkeyManager::setMessagePrefix()
+{
+    return QStringLiteral("HUD hotkey set to ");
+}
+
+QString HotkeyManager::chooseModifierMessage()
+{
+    return QStringLiteral("Choose at least one modifier, like Control or Option.");
+}
+
+QString HotkeyManager::disabledMessage()
+{
+    return QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time.");
+}
+
+HotkeyManager::HotkeyManager(DefaultsStore& defaults, Scheduler& scheduler,
+                             std::function<void()> toggle, QObject* parent)
+    : QObject(parent), m_defaults(defaults), m_scheduler(scheduler), m_toggle(std::move(toggle))
+{
+    m_isEnabled = m_defaults.boolValue(QLatin1String(enabledKey)).value_or(false);
+    m_keyCode = storedUInt32(m_defaults, keyCodeKey, defaultKeyCode);
+    m_carbonModifiers = storedUInt32(m_defaults, modifiersKey, defaultModifiers);
+}
+
+HotkeyManager::~HotkeyManager() = default;
+
+void HotkeyManager::setEnabled(bool enabled)
+{
+    const bool changed = m_isEnabled != enabled;
+    m_isEnabled = enabled;
+    m_defaults.setBool(QLatin1String(enabledKey), enabled);
+    if (changed)
+        Q_EMIT isEnabledChanged();
+    rebind();
+}
+
+void HotkeyManager::setKeyCode(quint32 keyCode)
+{
+    const bool changed = m_keyCode != keyCode;
+    m_keyCode = keyCode;
+    m_defaults.setInteger(QLatin1String(keyCodeKey), keyCode);
+    if (changed) {
+        Q_EMIT keyCodeChanged();
+        Q_EMIT displayTextChanged();
+    }
+}
+
+void HotkeyManager::setCarbonModifiers(quint32 carbonModifiers)
+{
+    const bool changed = m_carbonModifiers != carbonModifiers;
+    m_carbonModifiers = carbonModifiers;
+    m_defaults.setInteger(QLatin1String(modifiersKey), carbonModifiers);
+    if (changed) {
+        Q_EMIT carbonModifiersChanged();
+        Q_EMIT displayTextChanged();
+    }
+}
+
+void HotkeyManager::setRegistrationMessage(std::optional<QString> message)
+{
+    if (m_registrationMessage == message)
+        return;
+    m_registrationMessage = std::move(message);
+    Q_EMIT registrationMessageChanged();
+}
+
+void HotkeyManager::rebind()
+{
+    m_hotKey.reset();
+    if (!m_isEnabled)
+        return;
+
+    std::shared_ptr<HotKey::HotKey> hotKey = HotKey::HotKey::create(m_keyCode, m_carbonModifiers);
+    // The press is handled one event-loop turn later, and only while this manager exists.
+    QPointer<HotkeyManager> self(this);
+    hotKey->setKeyDownHandler([self] {
+        if (!self)
+            return;
+        self->m_scheduler.schedule(0, self, [self] {
+            if (self && self->m_toggle)
+                self->m_toggle();
+        });
+    });
+    m_hotKey = std::move(hotKey);
+}
+
+void HotkeyManager::disable()
+{
+    setEnabled(false);
+    m_hotKey.reset();
+    setRegistrationMessage(disabledMessage());
+}
+
+QString HotkeyManager::displayText() const
+{
+    if (m_keyCode > 0xFFFF)
+        qFatal("HotkeyManager: key code %u does not fit in 16 bits", m_keyCode);
+    return displayModifiers(m_carbonModifiers) + displayKey(static_cast<quint16>(m_keyCode));
+}
+
+quint32 HotkeyManager::carbonModifiersFromFlags(quint64 modifierFlags)
+{
+    return HotKey::ModifierFlags(modifierFlags).carbonFlags();
+}
+
+QString HotkeyManager::displayModifiers(quint32 carbonModifiers)
+{
+    QString text;
+    if (carbonModifiers & HotKey::CarbonModifier::control)
+        text += QChar(0x2303); // ⌃
+    if (carbonModifiers & HotKey::CarbonModifier::option)
+        text += QChar(0x2325); // ⌥
+    if (carbonModifiers & HotKey::CarbonModifier::shift)
+        text += QChar(0x21E7); // ⇧
+    if (carbonModifiers & HotKey::CarbonModifier::command)
+        text += QChar(0x2318); // ⌘
+    return text;
+}
+
+QString HotkeyManager::displayKey(quint16 keyCode)
+{
+    switch (keyCode) {
+    case 0:
+        return QStringLiteral("A");
+    case 1:
+        return QStringLiteral("S");
+    case 2:
+        return QStringLiteral("D");
+    case 3:
+        return QStringLiteral("F");
+    case 4:
+        return QStringLiteral("H");
+    case 5:
+        return QStringLiteral("G");
+    case 6:
+        return QStringLiteral("Z");
+    case 7:
+        return QStringLiteral("X");
+    case 8:
+        return QStringLiteral("C");
+    case 9:
+        return QStringLiteral("V");
+    case 11:
+        return QStringLiteral("B");
+    case 12:
+        return QStringLiteral("Q");
+    case 13:
+        return QStringLiteral("W");
+    case 14:
+        return QStringLiteral("E");
+    case 15:
+        return QStringLiteral("R");
+    case 16:
+        return QStringLiteral("Y");
+    case 17:
+        return QStringLiteral("T");
+    case 18:
+        return QStringLiteral("1");
+    case 19:
+        return QStringLiteral("2");
+    case 20:
+        return QStringLiteral("3");
+    case 21:
+        return QStringLiteral("4");
+    case 22:
+        return QStringLiteral("6");
+    case 23:
+        return QStringLiteral("5");
+    case 25:
+        return QStringLiteral("9");
+    case 26:
+        return QStringLiteral("7");
+    case 28:
+        return QStringLiteral("8");
+    case 29:
+        return QStringLiteral("0");
+    case 31:
+        return QStringLiteral("O");
+    case 32:
+        return QStringLiteral("U");
+    case 34:
+        return QStringLiteral("I");
+    case 35:
+        return QStringLiteral("P");
+    case 37:
+        return QStringLiteral("L");
+    case 38:
+        return QStringLiteral("J");
+    case 40:
+        return QStringLiteral("K");
+    case 45:
+        return QStringLiteral("N");
+    case 46:
+        return QStringLiteral("M");
+    case 36:
+        return QStringLiteral("Return");
+    case 48:
+        return QStringLiteral("Tab");
+    case 49:
+        return QStringLiteral("Space");
+    case 53:
+        return QStringLiteral("Esc");
+    case 123:
+        return QStringLiteral("←");
+    case 124:
+        return QStringLiteral("→");
+    case 125:
+        return QStringLiteral("↓");
+    case 126:
+        return QStringLiteral("↑");
+    default:
+        return QStringLiteral("Key ") + QString::number(keyCode);
+    }
+}
+
+} // namespace Tessaline

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "scan/MenuScanError.h"
+
+namespace Tessaline {
+
+QString MenuScanError::errorDescription() const
+{
+    switch (kind) {
+    case Kind::appNotRunning:
+        return appName + QStringLiteral(" is not running anymore.");
+    case Kind::menuUnavailable:
+        return QStringLiteral("Tessaline could not read the menu bar for ") + appName +
+               QStringLiteral(".");
+    case Kind::missingBundleID:
+        return QStringLiteral("Tessaline could not identify the current app.");
+    case Kind::accessibilityNotGranted:
+        return QStringLiteral("Accessibility permission is needed to scan menus.");
+    }
+    return {};
+}
+
+} // namespace Tessaline

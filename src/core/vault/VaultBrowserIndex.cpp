@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "vault/VaultBrowserIndex.h"
+
+#include "search/FuzzyMatch.h"
+#include "vault/VaultOrder.h"
+#include "vault/VaultStore.h"
+
+#include <QCollator>
+#include <QHash>
+
+#include <algorithm>
+
+namespace Tessaline {
+
+VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
+{
+    m_keys.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows))
+        m_keys.append(ShortcutSearchKey(row.shortcut));
+
+    QHash<QString, qsizetype> indexByName;
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        auto found = indexByName.constFind(m_rows[i].appName);
+        if (found == indexByName.cend()) {
+            found = indexByName.insert(m_rows[i].appName, m_groups.size());
+            m_groups.append(Group{m_rows[i].appName, 0, {}});
+        }
+        m_groups[*found].rowIndices.append(i);
+    }
+
+    // Sort keys make the one-time sort cheap; they order exactly as the collator compares.
+    const QCollator collator = VaultOrder::nameCollator();
+    QList<QCollatorSortKey> nameKeys;
+    nameKeys.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows))
+        nameKeys.append(collator.sortKey(row.shortcut.name));
+    for (Group& group : m_groups) {
+        std::stable_sort(
+            group.rowIndices.begin(), group.rowIndices.end(),
+            [&nameKeys](qsizetype a, qsizetype b) { return nameKeys[a].compare(nameKeys[b]) < 0; });
+    }
+
+    const QString global = VaultStore::globalSectionTitle();
+    std::stable_sort(m_groups.begin(), m_groups.end(),
+                     [&collator, &global](const Group& a, const Group& b) {
+                         const bool aGlobal = a.name == global;
+                         const bool bGlobal = b.name == global;
+                         if (aGlobal != bGlobal)
+                             return aGlobal;
+                         return collator.compare(a.name, b.name) < 0;
+                     });
+    qsizetype rank = 0;
+    for (qsizetype i = 0; i < m_groups.size(); ++i) {
+        if (i > 0 && (m_groups[i - 1].name == global ||
+                      collator.compare(m_groups[i - 1].name, m_groups[i].name) != 0))
+            ++rank;
+        m_groups[i].rank = rank;
+    }
+}
+
+QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
+{
+    QList<bool> kept(m_rows.size(), true);
+    if (trimmedQuery.isEmpty())
+        return kept;
+
+    // App names and bundle ids repeat across a pack's rows: match each distinct one once.
+    QHash<QString, bool> nameMatches;
+    const auto matchesText = [&](const QString& text) {
+        auto found = nameMatches.constFind(text);
+        if (found == nameMatches.cend())
+            found = nameMatches.insert(text, FuzzyMatch::match(trimmedQuery, text).has_value());
+        return *found;
+    };
+    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(trimmedQuery);
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        const VaultShortcutRow& row = m_rows[i];
+        kept[i] = matchesText(row.appName) || (row.bundleID && matchesText(*row.bundleID)) ||
+                  (m_keys[i].mayMatch(asciiQuery) &&
+                   FuzzyMatch::score(trimmedQuery, row.shortcut).has_value());
+    }
+    return kept;
+}
+
+QList<VaultShortcutRow> VaultBrowserIndex::rows(const QString& query) const
+{
+    const QList<bool> kept = keptRows(query.trimmed());
+    QList<VaultShortcutRow> result;
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        if (kept[i])
+            result.append(m_rows[i]);
+    }
+    return result;
+}
+
+QList<BrowserGroup> VaultBrowserIndex::groupedRows(const QString& query) const
+{
+    const QList<bool> kept = keptRows(query.trimmed());
+    struct Found
+    {
+        qsizetype rank;
+        qsizetype firstRow;
+        BrowserGroup group;
+    };
+    QList<Found> found;
+    for (const Group& group : m_groups) {
+        Found entry{group.rank, m_rows.size(), BrowserGroup{group.name, {}}};
+        for (const qsizetype index : group.rowIndices) {
+            if (!kept[index])
+                continue;
+            entry.group.rows.append(m_rows[index]);
+            entry.firstRow = std::min(entry.firstRow, index);
+        }
+        if (!entry.group.rows.isEmpty())
+            found.append(std::move(entry));
+    }
+    // Groups the collator cannot tell apart keep the order in which the filtered rows first
+    // show them, as a stable sort of the filtered rows would.
+    std::stable_sort(found.begin(), found.end(), [](const Found& a, const Found& b) {
+        return a.rank != b.rank ? a.rank < b.rank : a.firstRow < b.firstRow;
+    });
+    QList<BrowserGroup> result;
+    result.reserve(found.size());
+    for (Found& entry : found)
+        result.append(std::move(entry.group));
+    return result;
+}
+
+} // namespace Tessaline

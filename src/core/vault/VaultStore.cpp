@@ -1,0 +1,492 @@
+// SPDX-License-Identifier: MIT
+#include "vault/VaultStore.h"
+
+#include "search/FuzzyMatch.h"
+#include "vault/FallbackData.h"
+#include "vault/ShortcutSearchKey.h"
+#include "vault/VaultOrder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QSet>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace Tessaline {
+
+namespace {
+
+const QString kSeedFileName = QStringLiteral("keybinds.json");
+
+QString nativePath(const QString& path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+// Writes through a temporary file in the same folder that replaces the target only once
+// everything was written, so a failed write never leaves a half-written vault.
+std::optional<QString> writeAtomically(const QString& filePath, const QByteArray& bytes)
+{
+    QSaveFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        const QString reason = file.errorString();
+        file.cancelWriting();
+        return QStringLiteral("Cannot write %1: %2").arg(nativePath(filePath), reason);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+VaultStore::Configuration VaultStore::Configuration::standard()
+{
+    Configuration configuration;
+    const QString dataHome = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (dataHome.isEmpty())
+        qFatal("VaultStore: the system reports no folder for user data");
+    configuration.dataFilePath = dataHome + QStringLiteral("/Tessaline/") + kSeedFileName;
+
+    // 1. The resource folder of an installed copy, relative to the executable.
+    if (QCoreApplication::instance()) {
+        const QString shareDir = QStringLiteral(TESSALINE_SHARE_SUBDIR);
+        const QString folder =
+            QDir::isAbsolutePath(shareDir)
+                ? shareDir
+                : QCoreApplication::applicationDirPath() + QStringLiteral("/../") + shareDir;
+        configuration.seedCandidates << QDir::cleanPath(folder + QLatin1Char('/') + kSeedFileName);
+    }
+    // 2. The build tree's copy, for runs from a build folder.
+    configuration.seedCandidates << QStringLiteral(TESSALINE_BUILD_SHARE_DIR) + QLatin1Char('/') +
+                                        kSeedFileName;
+    // 3. and 4. A "Tessaline for Jorvo" folder beside the working directory: once formed from
+    // the working directory's parent as it stands, once from "..", resolved.
+    const QString workingDir = QDir::currentPath();
+    const QString relative = QStringLiteral("Tessaline for Jorvo/") + kSeedFileName;
+    configuration.seedCandidates << QDir(QFileInfo(workingDir).path()).filePath(relative);
+    configuration.seedCandidates << QDir::cleanPath(workingDir + QStringLiteral("/../") + relative);
+    return configuration;
+}
+
+VaultStore::VaultStore(QObject* parent) : VaultStore(Configuration::standard(), parent) {}
+
+VaultStore::VaultStore(Configuration configuration, QObject* parent)
+    : QObject(parent), m_configuration(std::move(configuration))
+{
+    std::optional<QString> error = bootstrapIfNeeded();
+    if (!error) {
+        VaultCodec::DecodeResult loaded = readVault(dataFilePath());
+        if (loaded) {
+            VaultOrder::sort(loaded.data->global);
+            m_data = std::move(*loaded.data);
+        } else {
+            error = loaded.error;
+            // The file stays as it is; it is copied aside before anything replaces it.
+            m_dataFileDamaged = QFileInfo::exists(dataFilePath());
+        }
+    }
+    if (error) {
+        m_lastError = error;
+        m_data = fallbackData();
+    }
+}
+
+QString VaultStore::globalSectionTitle()
+{
+    return QStringLiteral("Global Mac essentials");
+}
+
+QString VaultStore::damagedCopyPath() const
+{
+    return dataFilePath() + QStringLiteral(".damaged");
+}
+
+void VaultStore::setFilter(const QString& filter)
+{
+    if (m_filter == filter)
+        return;
+    m_filter = filter;
+    emit filterChanged();
+}
+
+void VaultStore::setData(VaultData data)
+{
+    m_data = std::move(data);
+    emit dataChanged();
+}
+
+void VaultStore::setLastError(std::optional<QString> error)
+{
+    if (m_lastError == error)
+        return;
+    m_lastError = std::move(error);
+    emit lastErrorChanged();
+}
+
+// ---- File life cycle -------------------------------------------------------------------------
+
+std::optional<QString> VaultStore::bootstrapIfNeeded()
+{
+    const QString folder = QFileInfo(dataFilePath()).absolutePath();
+    if (!QFileInfo::exists(folder)) {
+        std::error_code code;
+        std::filesystem::create_directories(std::filesystem::path(folder.toStdString()), code);
+        if (code) {
+            return QStringLiteral("Cannot create the folder %1: %2")
+                .arg(nativePath(folder), QString::fromStdString(code.message()));
+        }
+    }
+    if (QFileInfo::exists(dataFilePath()))
+        return std::nullopt;
+
+    const VaultCodec::DecodeResult seed = loadSeedData();
+    if (!seed)
+        return seed.error;
+    return writeAtomically(dataFilePath(), VaultCodec::encode(*seed.data));
+}
+
+VaultCodec::DecodeResult VaultStore::loadSeedData() const
+{
+    for (const QString& candidate : m_configuration.seedCandidates) {
+        if (candidate.isEmpty() || !QFileInfo::exists(candidate))
+            continue;
+        // Only the first existing candidate counts: a broken seed is reported, not skipped.
+        VaultCodec::DecodeResult seed = readVault(candidate);
+        if (seed)
+            VaultOrder::sort(seed.data->global);
+        return seed;
+    }
+    return {fallbackData(), {}};
+}
+
+VaultCodec::DecodeResult VaultStore::readVault(const QString& filePath) const
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return {std::nullopt,
+                QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString())};
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {std::nullopt,
+                QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString())};
+    VaultCodec::DecodeResult result = VaultCodec::decode(bytes);
+    if (!result)
+        result.error = QStringLiteral("%1 is not a valid vault file: %2")
+                           .arg(nativePath(filePath), result.error);
+    return result;
+}
+
+std::optional<QString> VaultStore::keepDamagedCopy()
+{
+    if (!m_dataFileDamaged || !QFileInfo::exists(dataFilePath()))
+        return std::nullopt;
+    const QString copyPath = damagedCopyPath();
+    if (QFileInfo::exists(copyPath) && !QFile::remove(copyPath))
+        return QStringLiteral("Cannot replace %1 with a copy of the damaged vault")
+            .arg(nativePath(copyPath));
+    QFile original(dataFilePath());
+    if (!original.copy(copyPath))
+        return QStringLiteral("Cannot keep a copy of the damaged vault at %1: %2")
+            .arg(nativePath(copyPath), original.errorString());
+    return std::nullopt;
+}
+
+std::optional<QString> VaultStore::writeDataFile(const QByteArray& bytes)
+{
+    // A data file that failed to load may hold a hand edit with one typo: keep it beside the
+    // vault before the first write replaces it.
+    if (std::optional<QString> error = keepDamagedCopy())
+        return error;
+    if (std::optional<QString> error = writeAtomically(dataFilePath(), bytes))
+        return error;
+    m_dataFileDamaged = false;
+    return std::nullopt;
+}
+
+void VaultStore::reload()
+{
+    VaultCodec::DecodeResult loaded = readVault(dataFilePath());
+    if (!loaded) {
+        m_dataFileDamaged = QFileInfo::exists(dataFilePath());
+        setLastError(loaded.error);
+        return;
+    }
+    m_dataFileDamaged = false;
+    VaultOrder::sort(loaded.data->global);
+    setData(std::move(*loaded.data));
+    setLastError(std::nullopt);
+}
+
+void VaultStore::persistQuietly()
+{
+    setLastError(writeDataFile(VaultCodec::encode(m_data)));
+}
+
+void VaultStore::resetToSeed()
+{
+    VaultCodec::DecodeResult seed = loadSeedData();
+    if (!seed) {
+        setLastError(seed.error);
+        return;
+    }
+    if (std::optional<QString> error = writeDataFile(VaultCodec::encode(*seed.data))) {
+        setLastError(error);
+        return;
+    }
+    setData(std::move(*seed.data));
+    setLastError(std::nullopt);
+}
+
+void VaultStore::importData(const QString& filePath)
+{
+    VaultCodec::DecodeResult imported = readVault(filePath);
+    if (!imported) {
+        setLastError(imported.error);
+        return;
+    }
+    VaultOrder::sort(imported.data->global);
+    if (std::optional<QString> error = writeDataFile(VaultCodec::encode(*imported.data))) {
+        setLastError(error);
+        return;
+    }
+    setData(std::move(*imported.data));
+    setLastError(std::nullopt);
+}
+
+void VaultStore::exportData(const QString& filePath)
+{
+    setLastError(writeAtomically(filePath, VaultCodec::encode(m_data)));
+}
+
+// ---- Queries and edits -----------------------------------------------------------------------
+
+qsizetype VaultStore::packIndex(const TrackedApp& app) const
+{
+    const QList<AppShortcutPack>& apps = m_data.apps;
+    if (app.bundleID) {
+        for (qsizetype i = 0; i < apps.size(); ++i) {
+            if (apps[i].bundleID && *apps[i].bundleID == *app.bundleID)
+                return i;
+        }
+    }
+    const QString name = app.name.toLower();
+    for (qsizetype i = 0; i < apps.size(); ++i) {
+        if (apps[i].name.toLower() == name)
+            return i;
+    }
+    return -1;
+}
+
+std::optional<AppShortcutPack> VaultStore::appPack(const TrackedApp& app) const
+{
+    const qsizetype index = packIndex(app);
+    if (index < 0)
+        return std::nullopt;
+    return m_data.apps[index];
+}
+
+std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& itemId,
+                                                               const TrackedApp& app) const
+{
+    const QList<AppShortcutPack>& apps = m_data.apps;
+    const auto findIn = [&itemId](const QList<ShortcutItem>& items) -> qsizetype {
+        for (qsizetype i = 0; i < items.size(); ++i) {
+            if (items[i].id() == itemId)
+                return i;
+        }
+        return -1;
+    };
+    if (app.bundleID) {
+        const auto pack = std::find_if(apps.begin(), apps.end(), [&app](const AppShortcutPack& p) {
+            return p.bundleID && *p.bundleID == *app.bundleID;
+        });
+        if (pack != apps.end()) {
+            const qsizetype item = findIn(pack->shortcuts);
+            if (item >= 0)
+                return ItemLocation{pack - apps.begin(), item};
+        }
+    }
+    const QString name = app.name.toLower();
+    const auto pack = std::find_if(apps.begin(), apps.end(), [&name](const AppShortcutPack& p) {
+        return p.name.toLower() == name;
+    });
+    if (pack != apps.end()) {
+        const qsizetype item = findIn(pack->shortcuts);
+        if (item >= 0)
+            return ItemLocation{pack - apps.begin(), item};
+    }
+    const qsizetype item = findIn(m_data.global);
+    if (item >= 0)
+        return ItemLocation{-1, item};
+    return std::nullopt;
+}
+
+std::optional<ShortcutItem> VaultStore::storedItem(const QString& itemId,
+                                                   const TrackedApp& app) const
+{
+    const std::optional<ItemLocation> location = locateItem(itemId, app);
+    if (!location)
+        return std::nullopt;
+    if (location->pack < 0)
+        return m_data.global[location->item];
+    return m_data.apps[location->pack].shortcuts[location->item];
+}
+
+void VaultStore::toggleFavorite(const ShortcutItem& item, const TrackedApp& app)
+{
+    const std::optional<ItemLocation> location = locateItem(item.id(), app);
+    if (!location)
+        return;
+    // The new value follows the item as the caller saw it, not the stored copy.
+    const bool favorite = !item.isFavorite();
+    ShortcutItem& stored = location->pack < 0
+                               ? m_data.global[location->item]
+                               : m_data.apps[location->pack].shortcuts[location->item];
+    stored.favorite = favorite;
+    emit dataChanged();
+    persistQuietly();
+}
+
+QList<VaultShortcutRow> VaultStore::allShortcutRows() const
+{
+    QList<VaultShortcutRow> rows;
+    qsizetype count = m_data.global.size();
+    for (const AppShortcutPack& pack : m_data.apps)
+        count += pack.shortcuts.size();
+    rows.reserve(count);
+
+    for (const ShortcutItem& item : m_data.global)
+        rows.append(VaultShortcutRow{globalSectionTitle(), std::nullopt, item});
+
+    QList<const AppShortcutPack*> packs;
+    packs.reserve(m_data.apps.size());
+    for (const AppShortcutPack& pack : m_data.apps)
+        packs.append(&pack);
+    const QCollator collator = VaultOrder::nameCollator();
+    std::stable_sort(packs.begin(), packs.end(),
+                     [&collator](const AppShortcutPack* a, const AppShortcutPack* b) {
+                         return collator.compare(a->name, b->name) < 0;
+                     });
+    for (const AppShortcutPack* pack : packs) {
+        for (const ShortcutItem& item : pack->shortcuts)
+            rows.append(VaultShortcutRow{pack->name, pack->bundleID, item});
+    }
+    return rows;
+}
+
+qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
+                                            const TrackedApp& app)
+{
+    if (scanned.isEmpty())
+        return 0;
+
+    qsizetype index = packIndex(app);
+    if (index < 0) {
+        m_data.apps.append(AppShortcutPack{app.name, app.bundleID, {}});
+        index = m_data.apps.size() - 1;
+        emit dataChanged();
+    }
+
+    const auto keyOf = [](const ShortcutItem& item) {
+        return item.name.toLower() + QLatin1Char('|') + item.chord.toLower();
+    };
+    QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
+    QSet<QString> keys;
+    keys.reserve(shortcuts.size() + scanned.size());
+    for (const ShortcutItem& item : shortcuts)
+        keys.insert(keyOf(item));
+
+    qsizetype added = 0;
+    for (const ShortcutItem& item : scanned) {
+        const QString key = keyOf(item);
+        if (keys.contains(key))
+            continue;
+        keys.insert(key);
+        shortcuts.append(item);
+        ++added;
+    }
+    if (added > 0)
+        emit dataChanged();
+
+    // Any scan re-sorts the pack, even one that added nothing.
+    VaultOrder::sort(shortcuts);
+    emit dataChanged();
+
+    persistQuietly();
+    return added;
+}
+
+bool VaultStore::isScanned(const ShortcutItem& item)
+{
+    return (item.source && *item.source == QStringLiteral("scanned-menu")) ||
+           (item.tags && item.tags->contains(QStringLiteral("scanned")));
+}
+
+QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
+{
+    const QString query = m_filter.trimmed();
+    const qsizetype index = packIndex(app);
+    const QString title = index >= 0 ? m_data.apps[index].name : app.name;
+
+    QList<ShortcutItem> favorites;
+    QList<ShortcutItem> curated;
+    QList<ShortcutItem> discovered;
+    if (index >= 0) {
+        for (const ShortcutItem& item : m_data.apps[index].shortcuts) {
+            if (item.isFavorite())
+                favorites.append(item);
+            else if (isScanned(item))
+                discovered.append(item);
+            else
+                curated.append(item);
+        }
+    }
+
+    QList<ShortcutSection> candidates;
+    if (!favorites.isEmpty())
+        candidates.append({QStringLiteral("Favorites for ") + title, std::move(favorites)});
+    if (!curated.isEmpty())
+        candidates.append({title + QStringLiteral(" shortcuts"), std::move(curated)});
+    if (!discovered.isEmpty())
+        candidates.append({QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"),
+                           std::move(discovered)});
+    candidates.append({globalSectionTitle(), m_data.global});
+
+    QList<ShortcutSection> result;
+    if (query.isEmpty()) {
+        for (ShortcutSection& section : candidates) {
+            if (!section.shortcuts.isEmpty())
+                result.append(std::move(section));
+        }
+        return result;
+    }
+
+    // Ranking happens within each section; the sections keep their fixed order.
+    const QByteArray asciiQuery = ShortcutSearchKey::asciiQuery(query);
+    for (const ShortcutSection& section : candidates) {
+        QList<std::pair<qint64, const ShortcutItem*>> ranked;
+        for (const ShortcutItem& item : section.shortcuts) {
+            if (!ShortcutSearchKey(item).mayMatch(asciiQuery))
+                continue;
+            if (const std::optional<qint64> score = FuzzyMatch::score(query, item))
+                ranked.append({*score, &item});
+        }
+        if (ranked.isEmpty())
+            continue;
+        std::stable_sort(ranked.begin(), ranked.end(),
+                         [](const auto& a, const auto& b) { return a.first > b.first; });
+        ShortcutSection kept{section.title, {}};
+        kept.shortcuts.reserve(ranked.size());
+        for (const auto& entry : ranked)
+            kept.shortcuts.append(*entry.second);
+        result.append(std::move(kept));
+    }
+    return result;
+}
+
+} // namespace Tessaline

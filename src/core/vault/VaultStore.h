@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "context/TrackedApp.h"
+#include "vault/AppShortcutPack.h"
+#include "vault/ShortcutItem.h"
+#include "vault/ShortcutSection.h"
+#include "vault/VaultCodec.h"
+#include "vault/VaultData.h"
+#include "vault/VaultShortcutRow.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Tessaline {
+
+/// Owns the one in-memory copy of the vault, keeps it in step with the data file
+/// ($XDG_DATA_HOME/Tessaline/keybinds.json) and publishes every change. Failures never
+/// escape: they end up in `lastError`, which the next successful load or write clears.
+class VaultStore : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(Tessaline::VaultData data READ data NOTIFY dataChanged)
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
+    Q_PROPERTY(QString lastError READ lastErrorText NOTIFY lastErrorChanged)
+    Q_PROPERTY(QString dataFilePath READ dataFilePath CONSTANT)
+
+public:
+    /// Where the store keeps its file and where it looks for the seed of a new vault.
+    struct Configuration
+    {
+        QString dataFilePath;
+        /// Seed files in order of preference; the first that exists is used, and if it cannot
+        /// be read the later ones are not tried.
+        QStringList seedCandidates;
+
+        /// The data file under the user's data folder and the seed next to the installed
+        /// program, in the build tree, then in a "Tessaline for Jorvo" folder beside the working
+        /// directory.
+        static Configuration standard();
+    };
+
+    explicit VaultStore(QObject* parent = nullptr);
+    explicit VaultStore(Configuration configuration, QObject* parent = nullptr);
+
+    const VaultData& data() const { return m_data; }
+    QString filter() const { return m_filter; }
+    void setFilter(const QString& filter);
+    std::optional<QString> lastError() const { return m_lastError; }
+    QString lastErrorText() const { return m_lastError.value_or(QString()); }
+
+    QString dataFilePath() const { return m_configuration.dataFilePath; }
+    /// Where a data file that failed to load is kept before the first write replaces it.
+    QString damagedCopyPath() const;
+    /// True while the data file exists but failed to load at start or at the last reload.
+    bool dataFileIsDamaged() const { return m_dataFileDamaged; }
+
+    /// Reads the data file again; on failure `data` stays as it was.
+    Q_INVOKABLE
+    void reload();
+    /// Writes the current data to the data file.
+    void persistQuietly();
+    /// Replaces the data file and `data` with the seed vault.
+    Q_INVOKABLE
+    void resetToSeed();
+    /// Replaces the data file and `data` with the vault in `filePath`.
+    Q_INVOKABLE
+    void importData(const QString& filePath);
+    /// Writes the current data to `filePath`.
+    Q_INVOKABLE
+    void exportData(const QString& filePath);
+
+    /// The pack of `app`: by bundle id first, then by case-insensitive name.
+    std::optional<AppShortcutPack> appPack(const TrackedApp& app) const;
+    /// The cheat sheet's sections for `app`, filtered and ranked by `filter`.
+    QList<ShortcutSection> sections(const TrackedApp& app) const;
+    /// Flips the favorite flag of the stored item with `item`'s id, looked up in the pack of
+    /// `app` and then in the global list, and writes the vault.
+    void toggleFavorite(const ShortcutItem& item, const TrackedApp& app);
+    /// The stored item that `toggleFavorite` would change for this id and app, if any.
+    std::optional<ShortcutItem> storedItem(const QString& itemId, const TrackedApp& app) const;
+    /// Every item of the vault as rows: the global list first, then the packs by name.
+    QList<VaultShortcutRow> allShortcutRows() const;
+    /// Adds the scanned items the app's pack lacks (by case-insensitive name and chord),
+    /// creating the pack if needed, re-sorts the pack and writes the vault. Returns how many
+    /// items were added.
+    qsizetype mergeScannedShortcuts(const QList<ShortcutItem>& scanned, const TrackedApp& app);
+
+    /// Title of the section holding the global list, also the app name of its rows.
+    static QString globalSectionTitle();
+    /// Whether an item came from a menu scan: its source is "scanned-menu" or it is tagged
+    /// "scanned".
+    static bool isScanned(const ShortcutItem& item);
+
+signals:
+    void dataChanged();
+    void filterChanged();
+    void lastErrorChanged();
+
+private:
+    struct ItemLocation
+    {
+        qsizetype pack = -1; // -1: the global list
+        qsizetype item = -1;
+    };
+
+    std::optional<QString> bootstrapIfNeeded();
+    VaultCodec::DecodeResult loadSeedData() const;
+    VaultCodec::DecodeResult readVault(const QString& filePath) const;
+    std::optional<QString> writeDataFile(const QByteArray& bytes);
+    std::optional<QString> keepDamagedCopy();
+
+    qsizetype packIndex(const TrackedApp& app) const;
+    std::optional<ItemLocation> locateItem(const QString& itemId, const TrackedApp& app) const;
+
+    void setData(VaultData data);
+    void setLastError(std::optional<QString> error);
+
+    Configuration m_configuration;
+    VaultData m_data;
+    QString m_filter;
+    std::optional<QString> m_lastError;
+    bool m_dataFileDamaged = false;
+};
+
+} // namespace Tessaline

@@ -1,0 +1,408 @@
+// SPDX-License-Identifier: MIT
+#include "platform/atspi/AtspiMenuSnapshot.h"
+
+#include "platform/atspi/AtspiWalkState.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusVariant>
+#include <QHash>
+#include <QSet>
+
+#include <atspi/atspi-constants.h>
+
+namespace Tessaline {
+
+namespace {
+
+// How far below the application the menu bar is looked for.
+constexpr int kMenuBarSearchDepth = 6;
+// Calls in flight at once.
+constexpr int kBatchSize = 512;
+
+const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString kCollectionInterface = QStringLiteral("org.a11y.atspi.Collection");
+
+// The role bit set of a match rule: one bit per role, 32 to an integer.
+QList<int> roleSet(int role)
+{
+    QList<int> bits(4, 0);
+    bits[role / 32] = static_cast<int>(1u << (role % 32));
+    return bits;
+}
+
+bool isNoAnswer(const QDBusMessage& reply)
+{
+    if (reply.type() != QDBusMessage::ErrorMessage)
+        return false;
+    const QString error = reply.errorName();
+    return error == QStringLiteral("org.freedesktop.DBus.Error.NoReply") ||
+           error == QStringLiteral("org.freedesktop.DBus.Error.Timeout") ||
+           error == QStringLiteral("org.freedesktop.DBus.Error.TimedOut") ||
+           error == QStringLiteral("org.freedesktop.DBus.Error.Disconnected");
+}
+
+// Sends every call before waiting for the first answer. Absent when one went unanswered.
+std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
+                                           const QList<QDBusMessage>& calls, int timeoutMs)
+{
+    QList<QDBusMessage> replies;
+    replies.reserve(calls.size());
+    for (qsizetype start = 0; start < calls.size(); start += kBatchSize) {
+        QList<QDBusPendingCall> pending;
+        const qsizetype end = std::min(calls.size(), start + kBatchSize);
+        for (qsizetype i = start; i < end; ++i)
+            pending.append(bus.asyncCall(calls.at(i), timeoutMs));
+        for (QDBusPendingCall& call : pending) {
+            call.waitForFinished();
+            const QDBusMessage reply = call.reply();
+            if (isNoAnswer(reply))
+                return std::nullopt;
+            replies.append(reply);
+        }
+    }
+    return replies;
+}
+
+QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
+                            const QString& method)
+{
+    return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
+}
+
+QList<AtspiReference> childrenOf(const QDBusMessage& reply)
+{
+    QList<AtspiReference> children;
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return children;
+    const QVariant value = reply.arguments().first();
+    if (value.userType() != qMetaTypeId<QDBusArgument>())
+        return children;
+    value.value<QDBusArgument>() >> children;
+    return children;
+}
+
+// A null reference ("/org/a11y/atspi/null") stands for "no object".
+bool isNullReference(const AtspiReference& reference)
+{
+    return reference.service.isEmpty() ||
+           reference.path.path() == QStringLiteral("/org/a11y/atspi/null");
+}
+
+} // namespace
+
+std::optional<AtspiReference> AtspiMenuSnapshot::findApplication(const QDBusConnection& bus,
+                                                                 qint64 processId, int timeoutMs)
+{
+    const auto registryReply =
+        callAll(bus,
+                {QDBusMessage::createMethodCall(AtspiBus::kRegistry, AtspiBus::kRootPath,
+                                                AtspiBus::kAccessibleInterface,
+                                                QStringLiteral("GetChildren"))},
+                timeoutMs);
+    if (!registryReply)
+        return std::nullopt;
+    const QList<AtspiReference> applications = childrenOf(registryReply->first());
+    QList<QDBusMessage> calls;
+    for (const AtspiReference& application : applications) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
+        call << application.service;
+        calls.append(call);
+    }
+    const auto pids = callAll(bus, calls, timeoutMs);
+    if (!pids)
+        return std::nullopt;
+    for (qsizetype i = 0; i < pids->size(); ++i) {
+        const QDBusMessage& reply = pids->at(i);
+        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty() &&
+            reply.arguments().first().toLongLong() == processId) {
+            return applications.at(i);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::read(const QDBusConnection& bus,
+                                                         const AtspiReference& application,
+                                                         int timeoutMs)
+{
+    bool unanswered = false;
+    std::optional<AtspiReference> menuBar = matchMenuBar(bus, application, timeoutMs, unanswered);
+    if (unanswered)
+        return std::nullopt;
+    if (!menuBar)
+        menuBar = searchMenuBar(bus, application, timeoutMs, unanswered);
+    if (unanswered || !menuBar)
+        return std::nullopt;
+    if (auto snapshot = readByMatches(bus, *menuBar, timeoutMs, unanswered))
+        return snapshot;
+    if (unanswered)
+        return std::nullopt;
+    return readByLevels(bus, *menuBar, timeoutMs);
+}
+
+std::optional<AtspiReference> AtspiMenuSnapshot::matchMenuBar(const QDBusConnection& bus,
+                                                              const AtspiReference& application,
+                                                              int timeoutMs, bool& unanswered)
+{
+    QDBusMessage call =
+        accessibleCall(application, kCollectionInterface, QStringLiteral("GetMatches"));
+    AtspiMatchRule rule;
+    rule.roles = roleSet(ATSPI_ROLE_MENU_BAR);
+    rule.roleMatchType = ATSPI_Collection_MATCH_ANY;
+    call << QVariant::fromValue(rule) << quint32(ATSPI_Collection_SORT_ORDER_CANONICAL) << qint32(1)
+         << true;
+    const auto replies = callAll(bus, {call}, timeoutMs);
+    if (!replies) {
+        unanswered = true;
+        return std::nullopt;
+    }
+    const QList<AtspiReference> found = childrenOf(replies->first());
+    if (found.isEmpty() || isNullReference(found.first()))
+        return std::nullopt;
+    return found.first();
+}
+
+// Breadth first from the application to the first menu bar, one level per round.
+std::optional<AtspiReference> AtspiMenuSnapshot::searchMenuBar(const QDBusConnection& bus,
+                                                               const AtspiReference& application,
+                                                               int timeoutMs, bool& unanswered)
+{
+    QList<AtspiReference> level{application};
+    QSet<QString> seen{application.key()};
+    for (int depth = 0; depth <= kMenuBarSearchDepth && !level.isEmpty(); ++depth) {
+        QList<QDBusMessage> calls;
+        for (const AtspiReference& object : level) {
+            calls.append(
+                accessibleCall(object, AtspiBus::kAccessibleInterface, QStringLiteral("GetRole")));
+            calls.append(accessibleCall(object, AtspiBus::kAccessibleInterface,
+                                        QStringLiteral("GetChildren")));
+        }
+        const auto replies = callAll(bus, calls, timeoutMs);
+        if (!replies) {
+            unanswered = true;
+            return std::nullopt;
+        }
+        QList<AtspiReference> next;
+        for (qsizetype i = 0; i < level.size(); ++i) {
+            const QDBusMessage& role = replies->at(2 * i);
+            if (role.type() == QDBusMessage::ReplyMessage && !role.arguments().isEmpty() &&
+                role.arguments().first().toUInt() == ATSPI_ROLE_MENU_BAR) {
+                return level.at(i);
+            }
+            for (const AtspiReference& child : childrenOf(replies->at(2 * i + 1))) {
+                if (isNullReference(child) || seen.contains(child.key()))
+                    continue;
+                seen.insert(child.key());
+                next.append(child);
+            }
+        }
+        level = next;
+    }
+    return std::nullopt;
+}
+
+// Every object under the menu bar in one call, in tree order; the key bindings of all of them in
+// one round; then names and parents only for the objects with a key and their ancestors.
+std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusConnection& bus,
+                                                                  const AtspiReference& menuBar,
+                                                                  int timeoutMs, bool& unanswered)
+{
+    QDBusMessage call = accessibleCall(menuBar, kCollectionInterface, QStringLiteral("GetMatches"));
+    AtspiMatchRule rule;
+    rule.roles = roleSet(ATSPI_ROLE_SEPARATOR);
+    rule.roleMatchType = ATSPI_Collection_MATCH_NONE;
+    call << QVariant::fromValue(rule) << quint32(ATSPI_Collection_SORT_ORDER_CANONICAL) << qint32(0)
+         << true;
+    const auto matchReply = callAll(bus, {call}, timeoutMs);
+    if (!matchReply) {
+        unanswered = true;
+        return std::nullopt;
+    }
+    if (matchReply->first().type() != QDBusMessage::ReplyMessage)
+        return std::nullopt;
+    QList<AtspiReference> objects;
+    for (const AtspiReference& object : childrenOf(matchReply->first())) {
+        if (!isNullReference(object) && object.key() != menuBar.key())
+            objects.append(object);
+    }
+    if (objects.isEmpty())
+        return std::nullopt;
+
+    QList<QDBusMessage> bindingCalls;
+    for (const AtspiReference& object : objects) {
+        QDBusMessage binding =
+            accessibleCall(object, AtspiBus::kActionInterface, QStringLiteral("GetKeyBinding"));
+        binding << 0;
+        bindingCalls.append(binding);
+    }
+    const auto bindings = callAll(bus, bindingCalls, timeoutMs);
+    if (!bindings) {
+        unanswered = true;
+        return std::nullopt;
+    }
+
+    struct Found
+    {
+        std::optional<QString> title;
+        QString binding;
+        std::optional<AtspiReference> parent;
+        bool fetched = false;
+    };
+    QHash<QString, Found> found;
+    QList<AtspiReference> wanted;
+    for (qsizetype i = 0; i < objects.size(); ++i) {
+        const QDBusMessage& reply = bindings->at(i);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+            continue;
+        const QString binding = reply.arguments().first().toString();
+        // Without its title a binding may look like a shortcut that is a mnemonic; the title
+        // decides below. Objects with no key at all need nothing more.
+        if (!AtspiKeyBinding::parse(binding, QString()))
+            continue;
+        found[objects.at(i).key()].binding = binding;
+        wanted.append(objects.at(i));
+    }
+
+    // Names and parents, climbing towards the menu bar one generation per round.
+    QSet<QString> requested;
+    for (const AtspiReference& object : wanted)
+        requested.insert(object.key());
+    int rounds = 0;
+    while (!wanted.isEmpty()) {
+        if (++rounds > AtspiWalkState::kMaxDepth + 1)
+            return std::nullopt;
+        QList<QDBusMessage> calls;
+        for (const AtspiReference& object : wanted) {
+            QDBusMessage all =
+                accessibleCall(object, kPropertiesInterface, QStringLiteral("GetAll"));
+            all << AtspiBus::kAccessibleInterface;
+            calls.append(all);
+        }
+        const auto replies = callAll(bus, calls, timeoutMs);
+        if (!replies) {
+            unanswered = true;
+            return std::nullopt;
+        }
+        QList<AtspiReference> parents;
+        for (qsizetype i = 0; i < wanted.size(); ++i) {
+            Found& entry = found[wanted.at(i).key()];
+            entry.fetched = true;
+            const QDBusMessage& reply = replies->at(i);
+            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+                continue;
+            const QVariantMap properties = qdbus_cast<QVariantMap>(reply.arguments().first());
+            if (properties.contains(QStringLiteral("Name")))
+                entry.title = properties.value(QStringLiteral("Name")).toString().trimmed();
+            const QVariant parentValue = properties.value(QStringLiteral("Parent"));
+            if (parentValue.userType() == qMetaTypeId<QDBusArgument>()) {
+                AtspiReference parent;
+                parentValue.value<QDBusArgument>() >> parent;
+                entry.parent = parent;
+                if (!isNullReference(parent) && parent.key() != menuBar.key() &&
+                    !requested.contains(parent.key())) {
+                    requested.insert(parent.key());
+                    parents.append(parent);
+                }
+            }
+        }
+        wanted = parents;
+    }
+
+    // The tree: the menu bar, then every fetched object under its parent, in tree order.
+    AtspiMenuSnapshot snapshot;
+    snapshot.m_nodes.append(Node{});
+    QHash<QString, int> indexOf{{menuBar.key(), 0}};
+    QHash<QString, int> depthOf{{menuBar.key(), 0}};
+    for (const AtspiReference& object : objects) {
+        const auto entry = found.constFind(object.key());
+        if (entry == found.constEnd() || !entry->fetched || !entry->parent)
+            continue;
+        const auto parentIndex = indexOf.constFind(entry->parent->key());
+        if (parentIndex == indexOf.constEnd())
+            continue; // its parent lies outside the menu bar, or was cut off deeper up
+        const int depth = depthOf.value(entry->parent->key()) + 1;
+        if (depth > AtspiWalkState::kMaxDepth)
+            continue;
+        Node node;
+        node.title = entry->title;
+        if (!entry->binding.isEmpty())
+            node.key = AtspiKeyBinding::parse(entry->binding, entry->title.value_or(QString()));
+        const int index = static_cast<int>(snapshot.m_nodes.size());
+        snapshot.m_nodes.append(node);
+        snapshot.m_nodes[*parentIndex].children.append(index);
+        indexOf.insert(object.key(), index);
+        depthOf.insert(object.key(), depth);
+    }
+    return snapshot;
+}
+
+// The menu tree one level per round: name, children and key binding of every object.
+std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByLevels(const QDBusConnection& bus,
+                                                                 const AtspiReference& menuBar,
+                                                                 int timeoutMs)
+{
+    AtspiMenuSnapshot snapshot;
+    snapshot.m_nodes.append(Node{});
+    QList<std::pair<AtspiReference, int>> current{{menuBar, 0}};
+    QSet<QString> visited{menuBar.key()};
+    for (int depth = 0; !current.isEmpty(); ++depth) {
+        QList<QDBusMessage> calls;
+        for (const auto& [object, index] : current) {
+            QDBusMessage name = accessibleCall(object, kPropertiesInterface, QStringLiteral("Get"));
+            name << AtspiBus::kAccessibleInterface << QStringLiteral("Name");
+            calls.append(name);
+            calls.append(accessibleCall(object, AtspiBus::kAccessibleInterface,
+                                        QStringLiteral("GetChildren")));
+            QDBusMessage binding =
+                accessibleCall(object, AtspiBus::kActionInterface, QStringLiteral("GetKeyBinding"));
+            binding << 0;
+            calls.append(binding);
+        }
+        const auto replies = callAll(bus, calls, timeoutMs);
+        if (!replies)
+            return std::nullopt;
+        QList<std::pair<AtspiReference, int>> next;
+        for (qsizetype i = 0; i < current.size(); ++i) {
+            const int index = current.at(i).second;
+            const QDBusMessage& nameReply = replies->at(3 * i);
+            std::optional<QString> title;
+            if (nameReply.type() == QDBusMessage::ReplyMessage && !nameReply.arguments().isEmpty())
+                title = nameReply.arguments()
+                            .first()
+                            .value<QDBusVariant>()
+                            .variant()
+                            .toString()
+                            .trimmed();
+            const QDBusMessage& bindingReply = replies->at(3 * i + 2);
+            std::optional<MenuKeyEquivalent> key;
+            if (bindingReply.type() == QDBusMessage::ReplyMessage &&
+                !bindingReply.arguments().isEmpty()) {
+                key = AtspiKeyBinding::parse(bindingReply.arguments().first().toString(),
+                                             title.value_or(QString()));
+            }
+            snapshot.m_nodes[index].title = title;
+            snapshot.m_nodes[index].key = key;
+            if (depth >= AtspiWalkState::kMaxDepth)
+                continue;
+            for (const AtspiReference& child : childrenOf(replies->at(3 * i + 1))) {
+                if (isNullReference(child) || visited.contains(child.key()) ||
+                    visited.size() >= AtspiWalkState::kMaxElements) {
+                    continue;
+                }
+                visited.insert(child.key());
+                const int childIndex = static_cast<int>(snapshot.m_nodes.size());
+                snapshot.m_nodes.append(Node{});
+                snapshot.m_nodes[index].children.append(childIndex);
+                next.append({child, childIndex});
+            }
+        }
+        current = next;
+    }
+    return snapshot;
+}
+
+} // namespace Tessaline

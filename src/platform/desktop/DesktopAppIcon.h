@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace Tessaline {
+
+class DesktopEntryLookup;
+
+/// The icon an application shows in menus, taken from its desktop entry.
+class DesktopAppIcon
+{
+public:
+    explicit DesktopAppIcon(const DesktopEntryLookup& entries) : m_entries(entries) {}
+
+    /// The entry's Icon for this bundle id: a themed icon name (for QIcon::fromTheme) or an
+    /// absolute file path; absent when the app has no entry or the entry names no icon.
+    std::optional<QString> iconName(const QString& bundleID) const;
+
+private:
+    const DesktopEntryLookup& m_entries;
+};
+
+} // namespace Tessaline

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/XcbHotKeyService.h"
+
+#include "platform/x11/XcbHotKeyKeysyms.h"
+#include "platform/x11/XcbHotKeySystemCombos.h"
+
+#include <hotkey/ModifierFlags.h>
+
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <cstdlib>
+
+namespace Tessaline {
+namespace {
+
+constexpr quint16 kRelevantModifiers =
+    XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+constexpr quint8 kBadAccess = 10;
+
+// Carbon bits to X modifiers: command is Super (Mod4), option is Alt (Mod1).
+quint16 xModifiers(quint32 carbonModifiers)
+{
+    quint16 mask = 0;
+    if (carbonModifiers & HotKey::CarbonModifier::shift)
+        mask |= XCB_MOD_MASK_SHIFT;
+    if (carbonModifiers & HotKey::CarbonModifier::control)
+        mask |= XCB_MOD_MASK_CONTROL;
+    if (carbonModifiers & HotKey::CarbonModifier::option)
+        mask |= XCB_MOD_MASK_1;
+    if (carbonModifiers & HotKey::CarbonModifier::command)
+        mask |= XCB_MOD_MASK_4;
+    return mask;
+}
+
+struct KeySymbols
+{
+    explicit KeySymbols(xcb_connection_t* connection) : symbols(xcb_key_symbols_alloc(connection))
+    {}
+    ~KeySymbols()
+    {
+        if (symbols != nullptr)
+            xcb_key_symbols_free(symbols);
+    }
+    KeySymbols(const KeySymbols&) = delete;
+    KeySymbols& operator=(const KeySymbols&) = delete;
+
+    QList<quint8> keycodes(xcb_keysym_t keysym) const
+    {
+        QList<quint8> codes;
+        if (symbols == nullptr)
+            return codes;
+        xcb_keycode_t* list = xcb_key_symbols_get_keycode(symbols, keysym);
+        for (xcb_keycode_t* code = list; code != nullptr && *code != XCB_NO_SYMBOL; ++code) {
+            if (!codes.contains(*code))
+                codes.append(*code);
+        }
+        std::free(list);
+        return codes;
+    }
+
+    xcb_key_symbols_t* symbols;
+};
+
+} // namespace
+
+class XcbHotKeyService::Filter final : public QAbstractNativeEventFilter
+{
+public:
+    explicit Filter(XcbHotKeyService& service) : m_service(service) {}
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) override
+    {
+        if (eventType != "xcb_generic_event_t")
+            return false;
+        return m_service.handleNativeEvent(message);
+    }
+
+private:
+    XcbHotKeyService& m_service;
+};
+
+XcbHotKeyService::XcbHotKeyService() : m_filter(std::make_unique<Filter>(*this))
+{
+    // Use X11 only when Qt itself runs on it, so that other sessions degrade quietly.
+    if (qGuiApp == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr || x11->connection() == nullptr)
+        return;
+    m_connection = x11->connection();
+    const xcb_setup_t* setup = xcb_get_setup(m_connection);
+    const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
+    if (screens.rem == 0) {
+        m_connection = nullptr;
+        return;
+    }
+    m_root = screens.data->root;
+}
+
+XcbHotKeyService::~XcbHotKeyService()
+{
+    for (const auto& [reference, grab] : m_grabs)
+        ungrab(grab);
+    m_grabs.clear();
+    updateFilter();
+}
+
+QList<quint16> XcbHotKeyService::lockVariants() const
+{
+    // The modifier that Num_Lock sets depends on the keyboard's modifier map (usually Mod2).
+    quint16 numLock = 0;
+    const KeySymbols symbols(m_connection);
+    const QList<quint8> numLockCodes = symbols.keycodes(XKB_KEY_Num_Lock);
+    xcb_get_modifier_mapping_reply_t* reply = xcb_get_modifier_mapping_reply(
+        m_connection, xcb_get_modifier_mapping(m_connection), nullptr);
+    if (reply != nullptr) {
+        const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply);
+        const int perModifier = reply->keycodes_per_modifier;
+        for (int modifier = 0; modifier < 8 && numLock == 0; ++modifier) {
+            for (int i = 0; i < perModifier; ++i) {
+                const xcb_keycode_t code = codes[modifier * perModifier + i];
+                if (code != 0 && numLockCodes.contains(code)) {
+                    numLock = quint16(1u << modifier);
+                    break;
+                }
+            }
+        }
+        std::free(reply);
+    }
+    QList<quint16> variants{0, XCB_MOD_MASK_LOCK};
+    if (numLock != 0) {
+        variants.append(numLock);
+        variants.append(quint16(numLock | XCB_MOD_MASK_LOCK));
+    }
+    return variants;
+}
+
+HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 carbonKeyCode,
+                                                                     quint32 carbonModifiers,
+                                                                     HotKey::HotKeyId id)
+{
+    if (m_connection == nullptr)
+        return {noSuchKeyStatus, std::nullopt};
+    const auto keysym = XcbHotKeyKeysyms::keysym(carbonKeyCode);
+    if (!keysym)
+        return {noSuchKeyStatus, std::nullopt};
+    Grab grab;
+    grab.id = id;
+    grab.modifiers = xModifiers(carbonModifiers);
+    grab.keycodes = KeySymbols(m_connection).keycodes(*keysym);
+    if (grab.keycodes.isEmpty())
+        return {noSuchKeyStatus, std::nullopt};
+
+    // This client holds each key and modifier set once.
+    for (const auto& [reference, existing] : m_grabs) {
+        if (existing.modifiers == grab.modifiers && existing.keycodes == grab.keycodes)
+            return {HotKey::Status::hotKeyExists, std::nullopt};
+    }
+
+    struct Pending
+    {
+        quint8 keycode;
+        quint16 modifiers;
+        xcb_void_cookie_t cookie;
+    };
+    QList<Pending> pending;
+    const QList<quint16> variants = lockVariants();
+    for (quint8 keycode : grab.keycodes) {
+        for (quint16 variant : variants) {
+            const quint16 modifiers = grab.modifiers | variant;
+            pending.append({keycode, modifiers,
+                            xcb_grab_key_checked(m_connection, 1, m_root, modifiers, keycode,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)});
+        }
+    }
+    int status = HotKey::Status::noError;
+    QList<Pending> granted;
+    for (const Pending& request : pending) {
+        xcb_generic_error_t* error = xcb_request_check(m_connection, request.cookie);
+        if (error == nullptr) {
+            granted.append(request);
+            continue;
+        }
+        status = error->error_code == kBadAccess ? grabTakenStatus : noSuchKeyStatus;
+        std::free(error);
+    }
+    if (status != HotKey::Status::noError) {
+        // Another client holds one of the variants: give back the ones this client got.
+        for (const Pending& request : granted)
+            xcb_ungrab_key(m_connection, request.keycode, m_root, request.modifiers);
+        xcb_flush(m_connection);
+        return {status, std::nullopt};
+    }
+
+    const Reference reference = m_nextReference++;
+    m_grabs.emplace(reference, std::move(grab));
+    updateFilter();
+    return {HotKey::Status::noError, reference};
+}
+
+void XcbHotKeyService::ungrab(const Grab& grab)
+{
+    if (m_connection == nullptr)
+        return;
+    const QList<quint16> variants = lockVariants();
+    for (quint8 keycode : grab.keycodes) {
+        for (quint16 variant : variants)
+            xcb_ungrab_key(m_connection, keycode, m_root, quint16(grab.modifiers | variant));
+    }
+    xcb_flush(m_connection);
+}
+
+void XcbHotKeyService::unregisterHotKey(Reference reference)
+{
+    const auto it = m_grabs.find(reference);
+    if (it == m_grabs.end())
+        return;
+    ungrab(it->second);
+    m_grabs.erase(it);
+    updateFilter();
+}
+
+void XcbHotKeyService::installEventHandler(EventHandler handler)
+{
+    m_handler = std::move(handler);
+}
+
+std::optional<QList<QVariantMap>> XcbHotKeyService::symbolicHotKeys()
+{
+    return XcbHotKeySystemCombos::read();
+}
+
+void XcbHotKeyService::updateFilter()
+{
+    // The filter watches the event stream only while a key is grabbed.
+    auto* app = QCoreApplication::instance();
+    if (app == nullptr)
+        return;
+    const bool wanted = !m_grabs.empty();
+    if (wanted && !m_filterInstalled)
+        app->installNativeEventFilter(m_filter.get());
+    else if (!wanted && m_filterInstalled)
+        app->removeNativeEventFilter(m_filter.get());
+    m_filterInstalled = wanted;
+}
+
+bool XcbHotKeyService::handleNativeEvent(void* message)
+{
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    // The top bit marks events sent by another client; they count the same.
+    const quint8 type = event->response_type & 0x7f;
+    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
+        return false;
+    const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event);
+    if (key->event != m_root)
+        return false;
+    const quint16 modifiers = key->state & kRelevantModifiers;
+    for (const auto& [reference, grab] : m_grabs) {
+        if (grab.modifiers != modifiers || !grab.keycodes.contains(key->detail))
+            continue;
+        if (m_handler) {
+            const HotKey::HotKeyEvent hotKeyEvent{type == XCB_KEY_PRESS
+                                                      ? HotKey::HotKeyEvent::pressed
+                                                      : HotKey::HotKeyEvent::released,
+                                                  grab.id, HotKey::Status::noError};
+            // Copy the handler: it may unregister hot keys and so change the grabs.
+            const EventHandler handler = m_handler;
+            handler(&hotKeyEvent);
+        }
+        return true;
+    }
+    return false;
+}
+
+} // namespace Tessaline

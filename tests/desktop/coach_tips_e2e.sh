@@ -1,0 +1,259 @@
+#!/usr/bin/env bash
+# End-to-end check of the coach tips on a real X server: keys sent with xdotool (through XTEST,
+# like a keyboard) reach the XInput2 monitor, the right tip appears in the bottom-right corner
+# without taking the focus, the eight-hour rule and "Don't show again" hold across a restart,
+# and releases, the mute key, Super+Shift+5 and keys typed into our own window show nothing.
+#
+# Runs inside scripts/desktop-session. COACH_SCREENSHOT_DIR, when set, receives the screenshots.
+set -euo pipefail
+
+driver_bin="${TESSALINE_BUILD_DIR:?}/bin/coach-tip-driver"
+work=$(mktemp -d "${TESSALINE_SESSION_DIR:-/tmp}/coach.XXXXXX")
+export XDG_CONFIG_HOME="$work/config"
+defaults_file="$XDG_CONFIG_HOME/Tessaline/defaults.json"
+log="$work/driver.log"
+driver_pid=
+failures=0
+
+# The screen is 1280 x 800 with no panels: the panel's place is fixed.
+panel_geometry="898 646 360 132"
+
+fail() {
+    echo "FAIL: $*" >&2
+    failures=$((failures + 1))
+}
+pass() { echo "ok: $*"; }
+
+cleanup() {
+    if [[ -n "$driver_pid" ]]; then
+        kill -TERM "$driver_pid" 2>/dev/null || true
+        wait "$driver_pid" 2>/dev/null || true
+    fi
+    [[ -n "${xterm_pid:-}" ]] && kill "$xterm_pid" 2>/dev/null || true
+}
+trap cleanup EXIT
+
+line_count() { wc -l <"$log"; }
+
+# wait_for_line MARK PATTERN SECONDS: a line matching PATTERN after line MARK of the log.
+wait_for_line() {
+    local mark=$1 pattern=$2 deadline=$((SECONDS + $3))
+    while ((SECONDS <= deadline)); do
+        tail -n +"$((mark + 1))" "$log" | grep -qE "$pattern" && return 0
+        sleep 0.05
+    done
+    return 1
+}
+
+# no_line_for MARK PATTERN SECONDS: no such line appears within SECONDS.
+no_line_for() {
+    sleep "$3"
+    ! tail -n +"$(($1 + 1))" "$log" | grep -qE "$2"
+}
+
+start_driver() {
+    : >"$log"
+    "$driver_bin" "$@" >>"$log" 2>"$work/driver.err" &
+    driver_pid=$!
+    if ! wait_for_line 0 '^monitoring$' 15; then
+        cat "$log" "$work/driver.err" >&2
+        echo "the driver did not start its monitor" >&2
+        exit 1
+    fi
+}
+
+stop_driver() {
+    kill -TERM "$driver_pid"
+    wait "$driver_pid" || fail "driver exited with status $?"
+    driver_pid=
+}
+
+# press MARK-VARIABLE XDOTOOL-ARGS...: records the log position, then sends the keys.
+send_keys() {
+    mark=$(line_count)
+    xdotool "$@"
+}
+
+panel_window() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1; }
+
+window_geometry() { # x y width height of a window
+    xwininfo -id "$1" | awk '/Absolute upper-left X/ {x=$NF} /Absolute upper-left Y/ {y=$NF}
+        /^ *Width:/ {w=$NF} /^ *Height:/ {h=$NF} END {print x, y, w, h}'
+}
+
+screenshot() { # screenshot NAME: the whole screen, also copied out when asked
+    local file="$work/$1.png"
+    import -window root "$file"
+    if [[ -n "${COACH_SCREENSHOT_DIR:-}" ]]; then
+        mkdir -p "$COACH_SCREENSHOT_DIR"
+        cp "$file" "$COACH_SCREENSHOT_DIR/"
+    fi
+    echo "$file"
+}
+
+# The panel's area of a screenshot is drawn (not one flat colour) and differs from the
+# background next to it.
+check_panel_drawn() {
+    local file=$1 what=$2 deviation
+    deviation=$(convert "$file" -crop 360x132+898+646 +repage -colorspace Gray \
+        -format '%[fx:standard_deviation]' info:)
+    awk -v d="$deviation" 'BEGIN {exit !(d > 0.05)}' \
+        && pass "$what: panel area is drawn (deviation $deviation)" \
+        || fail "$what: panel area looks empty (deviation $deviation)"
+}
+
+check_focus_kept() {
+    local focused
+    focused=$(xdotool getwindowfocus)
+    [[ "$focused" == "$xterm_window" ]] && pass "$1: the terminal keeps the focus" \
+        || fail "$1: focus moved to $focused ($(xdotool getwindowname "$focused" 2>/dev/null))"
+}
+
+# An ordinary application in front, as the user would have.
+xterm -geometry 80x24+40+40 -title coach-terminal &
+xterm_pid=$!
+for _ in $(seq 100); do
+    xterm_window=$(xdotool search --onlyvisible --name '^coach-terminal$' 2>/dev/null | head -n 1) && [[ -n "$xterm_window" ]] && break
+    sleep 0.1
+done
+[[ -n "${xterm_window:-}" ]] || { echo "xterm did not appear" >&2; exit 1; }
+xdotool windowactivate --sync "$xterm_window"
+
+# --- First run -------------------------------------------------------------------------------
+start_driver
+
+send_keys key XF86AudioRaiseVolume
+if wait_for_line "$mark" '^shown volume-precision$' 5 && wait_for_line "$mark" '^panel ' 5; then
+    pass "volume up shows the volume tip"
+else
+    fail "volume up showed no tip"
+fi
+window=$(panel_window "Tiny volume steps")
+if [[ -n "$window" ]]; then
+    geometry=$(window_geometry "$window")
+    [[ "$geometry" == "$panel_geometry" ]] && pass "panel sits at $geometry" \
+        || fail "panel at $geometry, expected $panel_geometry"
+else
+    fail "no window titled \"Tiny volume steps\" on screen"
+fi
+check_focus_kept "volume tip"
+check_panel_drawn "$(screenshot coach-volume-tip)" "volume tip"
+shown_at=$SECONDS
+
+# The nine-second timer takes the panel away by itself.
+sleep 6
+[[ -n "$(panel_window "Tiny volume steps")" ]] && pass "panel still there after 6 s" \
+    || fail "panel gone before nine seconds"
+for _ in $(seq 60); do
+    [[ -z "$(panel_window "Tiny volume steps")" ]] && break
+    sleep 0.1
+done
+gone_after=$((SECONDS - shown_at))
+if [[ -z "$(panel_window "Tiny volume steps")" ]] && ((gone_after <= 11)); then
+    pass "panel closed by itself after about $gone_after s"
+else
+    fail "panel not closed by the nine-second timer ($gone_after s)"
+fi
+
+# Within eight hours the same tip stays away, for either volume key.
+send_keys key XF86AudioLowerVolume
+wait_for_line "$mark" '^event system subtype=8 data1=0x10a00$' 5 \
+    || fail "volume down was not seen by the monitor"
+no_line_for "$mark" '^shown ' 1 && pass "second volume press within eight hours shows nothing" \
+    || fail "a volume tip showed again within eight hours"
+
+# Mute is a system key without a tip.
+send_keys key XF86AudioMute
+wait_for_line "$mark" '^event system subtype=8 data1=0x70b00$' 5 \
+    || fail "mute was not seen by the monitor"
+no_line_for "$mark" '^shown ' 1 && pass "mute shows nothing" || fail "mute showed a tip"
+
+# Super+Shift+5 is not a screenshot chord here; 3 and 4 are.
+send_keys key super+shift+5
+wait_for_line "$mark" '^event keydown flags=0x120000 chars=5$' 5 \
+    || fail "Super+Shift+5 was not seen as Command+Shift+5"
+no_line_for "$mark" '^shown ' 1 && pass "Super+Shift+5 shows nothing" \
+    || fail "Super+Shift+5 showed a tip"
+
+send_keys key super+shift+4
+wait_for_line "$mark" '^event keydown flags=0x120000 chars=4$' 5 \
+    || fail "Super+Shift+4 was not seen as Command+Shift+4"
+if wait_for_line "$mark" '^shown screenshot-toolbar$' 5 && wait_for_line "$mark" '^panel screenshot-toolbar ' 5; then
+    pass "Super+Shift+4 shows the screenshot tip"
+else
+    fail "Super+Shift+4 showed no screenshot tip"
+fi
+[[ -n "$(panel_window "Screenshot toolbar")" ]] || fail "no \"Screenshot toolbar\" window"
+check_focus_kept "screenshot tip"
+check_panel_drawn "$(screenshot coach-screenshot-tip)" "screenshot tip"
+
+# A newer tip replaces the one on screen; "Don't show again" on it is remembered.
+send_keys key XF86MonBrightnessUp
+if wait_for_line "$mark" '^panel brightness-precision ' 5; then
+    pass "brightness up shows the brightness tip"
+else
+    fail "brightness up showed no tip"
+fi
+sleep 0.3
+[[ -z "$(panel_window "Screenshot toolbar")" ]] && pass "the brightness tip replaced the screenshot tip" \
+    || fail "the screenshot tip is still on screen"
+screenshot coach-brightness-tip >/dev/null
+read -r button_x button_y < <(tail -n +"$((mark + 1))" "$log" | awk '/^button neverShowButton/ {print $3, $4; exit}')
+mark=$(line_count)
+xdotool mousemove --sync "$button_x" "$button_y" click 1
+wait_for_line "$mark" '^closed$' 5 && pass "\"Don't show again\" closes the panel" \
+    || fail "\"Don't show again\" did not close the panel"
+sleep 0.3
+[[ -z "$(panel_window "Tiny brightness steps")" ]] || fail "brightness panel still on screen"
+stop_driver
+grep -A2 '"CoachTip.dismissed.brightness-precision"' "$defaults_file" | grep -q '"value": true' \
+    && pass "the dismissal is stored in $defaults_file" \
+    || fail "no dismissal stored in $defaults_file"
+
+# --- Second run, nine hours later by the clock, same defaults ---------------------------------
+# A key already held when the monitor starts: only its release is seen, and a release never
+# shows a tip.
+xdotool keydown XF86AudioNext
+start_driver --clock-offset 32400 --own-window
+# The new window of the driver may have taken the focus: give it back to the terminal.
+xdotool windowactivate --sync "$xterm_window"
+sleep 0.3
+send_keys keyup XF86AudioNext
+wait_for_line "$mark" '^event system subtype=8 data1=0x110b00$' 5 \
+    || fail "the release of the next key was not seen"
+no_line_for "$mark" '^shown ' 1 && pass "a key release shows nothing" \
+    || fail "a key release showed a tip"
+
+# Typed into one of our own windows, keys are not seen at all.
+own_window=$(xdotool search --onlyvisible --name '^coach-driver-own-window$' | head -n 1)
+xdotool windowactivate --sync "$own_window" 2>/dev/null
+sleep 0.3
+[[ "$(xdotool getwindowfocus)" == "$own_window" ]] || fail "could not focus the driver's own window"
+send_keys key XF86AudioPlay
+no_line_for "$mark" '^(event|shown) ' 1.5 && pass "keys sent to our own window are not seen" \
+    || fail "a key sent to our own window reached the monitor"
+xdotool windowactivate --sync "$xterm_window"
+sleep 0.3
+
+send_keys key XF86MonBrightnessUp
+wait_for_line "$mark" '^event system subtype=8 data1=0x20a00$' 5 \
+    || fail "brightness up was not seen after the restart"
+no_line_for "$mark" '^shown ' 1 && pass "\"Don't show again\" survives a restart" \
+    || fail "the dismissed brightness tip showed again"
+
+send_keys key XF86AudioRaiseVolume
+wait_for_line "$mark" '^shown volume-precision$' 5 && pass "eight hours later the volume tip shows again" \
+    || fail "the volume tip did not show after eight hours"
+send_keys key XF86AudioNext
+wait_for_line "$mark" '^shown media-keys$' 5 && pass "the next key shows the media tip" \
+    || fail "the next key showed no media tip"
+wait_for_line "$mark" '^panel media-keys ' 5 || true
+screenshot coach-media-tip >/dev/null
+stop_driver
+
+if ((failures > 0)); then
+    echo "$failures check(s) failed; driver log:" >&2
+    cat "$log" >&2
+    exit 1
+fi
+echo "all coach tip checks passed"

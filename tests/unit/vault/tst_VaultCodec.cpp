@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "vault/VaultCodec.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace Tessaline;
+
+class TestVaultCodec : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void invalidDocumentsFailWithTheirPlace_data();
+    void invalidDocumentsFailWithTheirPlace();
+    void syntaxErrorNamesTheByteOffset();
+    void nullOptionalsReadAsAbsentAndAreNotWritten();
+    void readsEveryField();
+    void roundTripSortsKeysDropsNullsAndUnknownKeysKeepsOrder();
+    void writesRequiredKeysAndEmptyArrays();
+    void falseFavoriteIsWritten();
+    void escapesSlashesQuotesAndControls();
+    void encodedOutputDecodesToTheSameData();
+    void acceptsAnyWhitespace();
+};
+
+void TestVaultCodec::invalidDocumentsFailWithTheirPlace_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("error");
+
+    const QByteArray item = R"({"name": "Save", "chord": "⌃ S"})";
+    QTest::addRow("root lacks apps") << QByteArray(R"({"global": [)" + item + "]}")
+                                     << QStringLiteral("apps: required key is missing");
+    QTest::addRow("root lacks global")
+        << QByteArray(R"({"apps": []})") << QStringLiteral("global: required key is missing");
+    QTest::addRow("root is an array")
+        << QByteArray("[]") << QStringLiteral("the document: expected an object");
+    QTest::addRow("apps is an object")
+        << QByteArray(R"({"global": [], "apps": {}})") << QStringLiteral("apps: expected an array");
+    QTest::addRow("global is null") << QByteArray(R"({"global": null, "apps": []})")
+                                    << QStringLiteral("global: expected an array");
+    QTest::addRow("comment is a number")
+        << QByteArray(R"({"_comment": 3, "global": [], "apps": []})")
+        << QStringLiteral("_comment: expected a string or null");
+    QTest::addRow("item lacks chord") << QByteArray(R"({"global": [{"name": "x"}], "apps": []})")
+                                      << QStringLiteral("global[0].chord: required key is missing");
+    QTest::addRow("item name is null")
+        << QByteArray(R"({"global": [{"name": null, "chord": "x"}], "apps": []})")
+        << QStringLiteral("global[0].name: expected a string");
+    QTest::addRow("item is a string") << QByteArray(R"({"global": ["Save"], "apps": []})")
+                                      << QStringLiteral("global[0]: expected an object");
+    QTest::addRow("favorite is a string")
+        << QByteArray(R"({"global": [)" + item +
+                      R"(, {"name": "a", "chord": "b", "favorite": "yes"}], "apps": []})")
+        << QStringLiteral("global[1].favorite: expected a boolean or null");
+    QTest::addRow("tags is a string")
+        << QByteArray(R"({"global": [{"name": "a", "chord": "b", "tags": "x"}], "apps": []})")
+        << QStringLiteral("global[0].tags: expected an array of strings or null");
+    QTest::addRow("a tag is a number")
+        << QByteArray(R"({"global": [{"name": "a", "chord": "b", "tags": ["x", 2]}], "apps": []})")
+        << QStringLiteral("global[0].tags[1]: expected a string");
+    QTest::addRow("note is a boolean")
+        << QByteArray(R"({"global": [{"name": "a", "chord": "b", "note": true}], "apps": []})")
+        << QStringLiteral("global[0].note: expected a string or null");
+    QTest::addRow("pack lacks shortcuts")
+        << QByteArray(R"({"global": [], "apps": [{"name": "A"}]})")
+        << QStringLiteral("apps[0].shortcuts: required key is missing");
+    QTest::addRow("pack lacks name") << QByteArray(R"({"global": [], "apps": [{"shortcuts": []}]})")
+                                     << QStringLiteral("apps[0].name: required key is missing");
+    QTest::addRow("bundle id is a number")
+        << QByteArray(R"({"global": [], "apps": [{"name": "A", "bundleID": 7, "shortcuts": []}]})")
+        << QStringLiteral("apps[0].bundleID: expected a string or null");
+    QTest::addRow("deep chord is a number")
+        << QByteArray(
+               R"({"global": [], "apps": [{"name": "A", "shortcuts": []}, {"name": "B", "shortcuts": []},
+            {"name": "C", "shortcuts": [{"name": "x", "chord": 5}]}]})")
+        << QStringLiteral("apps[2].shortcuts[0].chord: expected a string");
+}
+
+void TestVaultCodec::invalidDocumentsFailWithTheirPlace()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, error);
+    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    QVERIFY(!result);
+    QVERIFY(!result.data.has_value());
+    QCOMPARE(result.error, error);
+}
+
+void TestVaultCodec::syntaxErrorNamesTheByteOffset()
+{
+    const QByteArray json = R"({"global": [], "apps": [} )";
+    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    QVERIFY(!result);
+    QVERIFY2(result.error.startsWith(QStringLiteral("syntax error at byte offset ")),
+             qPrintable(result.error));
+    bool ok = false;
+    const int offset = result.error.section(QLatin1Char(' '), 5, 5).chopped(1).toInt(&ok);
+    QVERIFY2(ok, qPrintable(result.error));
+    QVERIFY(offset > 20 && offset <= json.size());
+}
+
+void TestVaultCodec::nullOptionalsReadAsAbsentAndAreNotWritten()
+{
+    const QByteArray json = R"({"_comment": null, "global": [{"name": "a", "chord": "b",
+        "favorite": null, "menu": null, "tags": null, "note": null, "source": null}],
+        "apps": [{"name": "A", "bundleID": null, "shortcuts": []}]})";
+    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    QVERIFY2(result, qPrintable(result.error));
+    const ShortcutItem& entry = result.data->global.at(0);
+    QVERIFY(!entry.favorite.has_value());
+    QVERIFY(!entry.menu && !entry.tags && !entry.note && !entry.source);
+    QVERIFY(!result.data->comment.has_value());
+    QVERIFY(!result.data->apps.at(0).bundleID.has_value());
+
+    const QByteArray written = VaultCodec::encode(*result.data);
+    QVERIFY(!written.contains("null"));
+    QVERIFY(!written.contains("favorite"));
+    QVERIFY(!written.contains("bundleID"));
+    QVERIFY(!written.contains("_comment"));
+}
+
+void TestVaultCodec::readsEveryField()
+{
+    const QByteArray json = R"({"_comment": "hi", "global": [{"name": "a", "chord": "b",
+        "favorite": true, "menu": "m", "tags": ["t1", "t2"], "note": "n", "source": "s"}],
+        "apps": [{"name": "A", "bundleID": "org.example.A", "shortcuts": [{"name": "x", "chord": "y"}]}]})";
+    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    QVERIFY2(result, qPrintable(result.error));
+    const ShortcutItem& entry = result.data->global.at(0);
+    QCOMPARE(result.data->comment, std::optional<QString>(QStringLiteral("hi")));
+    QCOMPARE(entry.favorite, std::optional<bool>(true));
+    QCOMPARE(entry.menu, std::optional<QString>(QStringLiteral("m")));
+    QCOMPARE(entry.tags,
+             std::optional<QStringList>(QStringList{QStringLiteral("t1"), QStringLiteral("t2")}));
+    QCOMPARE(entry.note, std::optional<QString>(QStringLiteral("n")));
+    QCOMPARE(entry.source, std::optional<QString>(QStringLiteral("s")));
+    QCOMPARE(result.data->apps.at(0).bundleID,
+             std::optional<QString>(QStringLiteral("org.example.A")));
+    QCOMPARE(result.data->apps.at(0).shortcuts.at(0).chord, QStringLiteral("y"));
+}
+
+void TestVaultCodec::roundTripSortsKeysDropsNullsAndUnknownKeysKeepsOrder()
+{
+    const QByteArray input = R"({"version": 2, "global": [
+        {"tags": ["b", "a"], "name": "Zeta", "chord": "⌃ Z", "extra": {"x": 1}, "favorite": null},
+        {"name": "Alpha", "chord": "⌃ A", "favorite": false, "note": "see a/b"}],
+      "apps": [{"shortcuts": [], "name": "Files", "bundleID": "org.gnome.Nautilus", "color": "red"}],
+      "_comment": "Made by hand"})";
+    const VaultCodec::DecodeResult result = VaultCodec::decode(input);
+    QVERIFY2(result, qPrintable(result.error));
+    const QByteArray expected = R"({
+  "_comment" : "Made by hand",
+  "apps" : [
+    {
+      "bundleID" : "org.gnome.Nautilus",
+      "name" : "Files",
+      "shortcuts" : []
+    }
+  ],
+  "global" : [
+    {
+      "chord" : "⌃ Z",
+      "name" : "Zeta",
+      "tags" : [
+        "b",
+        "a"
+      ]
+    },
+    {
+      "chord" : "⌃ A",
+      "favorite" : false,
+      "name" : "Alpha",
+      "note" : "see a\/b"
+    }
+  ]
+}
+)";
+    QCOMPARE(VaultCodec::encode(*result.data), expected);
+}
+
+void TestVaultCodec::writesRequiredKeysAndEmptyArrays()
+{
+    const QByteArray written = VaultCodec::encode(VaultData::empty());
+    QCOMPARE(written, QByteArray("{\n  \"apps\" : [],\n  \"global\" : []\n}\n"));
+}
+
+void TestVaultCodec::falseFavoriteIsWritten()
+{
+    VaultData data;
+    data.global.append(
+        ShortcutItem{QStringLiteral("a"), QStringLiteral("b"), false, {}, QStringList{}, {}, {}});
+    const QByteArray written = VaultCodec::encode(data);
+    QVERIFY(written.contains("\"favorite\" : false"));
+    QVERIFY(written.contains("\"tags\" : []"));
+}
+
+void TestVaultCodec::escapesSlashesQuotesAndControls()
+{
+    VaultData data;
+    data.comment = QStringLiteral("a/b \"q\" back\\slash\ttab\nline\x01 é ⌘");
+    const QByteArray written = VaultCodec::encode(data);
+    QVERIFY2(written.contains(R"("_comment" : "a\/b \"q\" back\\slash\ttab\nline\u0001 é ⌘")"),
+             written.constData());
+}
+
+void TestVaultCodec::encodedOutputDecodesToTheSameData()
+{
+    VaultData data;
+    data.comment = QStringLiteral("round/trip");
+    data.global.append(ShortcutItem{QStringLiteral("Emoji 😀 ü"), QStringLiteral("⌃ ⌥ ⇧ ⌘ /"), true,
+                                    QStringLiteral("Edit > Emoji"),
+                                    QStringList{QStringLiteral("x")}, QStringLiteral("\"quoted\""),
+                                    QStringLiteral("scanned-menu")});
+    data.apps.append(AppShortcutPack{
+        QStringLiteral("Kate"),
+        QStringLiteral("org.kde.kate"),
+        {ShortcutItem{QStringLiteral("Save"), QStringLiteral("⌃ S"), {}, {}, {}, {}, {}}}});
+    data.apps.append(AppShortcutPack{QStringLiteral("NoId"), std::nullopt, {}});
+    const QByteArray written = VaultCodec::encode(data);
+    const VaultCodec::DecodeResult back = VaultCodec::decode(written);
+    QVERIFY2(back, qPrintable(back.error));
+    QCOMPARE(*back.data, data);
+    // Another JSON reader agrees that the output is valid JSON.
+    QJsonParseError error;
+    QJsonDocument::fromJson(written, &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+}
+
+void TestVaultCodec::acceptsAnyWhitespace()
+{
+    const VaultCodec::DecodeResult result =
+        VaultCodec::decode("\r\n\t{\"apps\":[],\n\n\"global\"   :\t[ ]  }  \n");
+    QVERIFY2(result, qPrintable(result.error));
+    QCOMPARE(*result.data, VaultData::empty());
+}
+
+QTEST_GUILESS_MAIN(TestVaultCodec)
+#include "tst_VaultCodec.moc"
