@@ -10,6 +10,8 @@
 
 #include <QSet>
 
+#include <array>
+
 namespace Tessaline::FuzzyMatch {
 
 std::optional<Match> match(const QString& query, const QString& candidate)
@@ -202,6 +204,95 @@ std::optional<Match> walk(const FuzzyQuery& query, const Candidate& candidate)
     return Match{score, std::move(positions)};
 }
 
+// Flags of every ASCII character, for the byte-wise walk.
+constexpr std::array<quint8, 128> kAsciiFlags = [] {
+    std::array<quint8, 128> table{};
+    for (unsigned char byte = 0; byte < 128; ++byte)
+        table[byte] = FuzzyText::asciiFlags(byte);
+    return table;
+}();
+
+// Points for a query character matched at `index`, given the index of the previous match and
+// the flags of the characters at index - 1 and at index.
+inline qint64 matchPoints(qint64 index, qint64 last, quint8 previous, quint8 current)
+{
+    qint64 points = kMatchPoint;
+    if (index - 1 == last)
+        points += kConsecutiveBonus;
+    if (index == 0)
+        points += kStartBonus;
+    else if (previous & FuzzyText::Separator)
+        points += kWordBoundaryBonus;
+    else if ((previous & FuzzyText::Lowercase) && (current & FuzzyText::Uppercase))
+        points += kCamelCaseBonus;
+    return points;
+}
+
+// The walk of match() in one pass over UTF-8 text of simple units (one unit per character,
+// unchanged by composition). No value in `handled` when the text holds anything else.
+std::optional<qint64> walkUtf8(const FuzzyQuery& query, const unsigned char* bytes, qsizetype size,
+                               bool& handled)
+{
+    handled = true;
+    const qsizetype count = query.size();
+    qsizetype qi = 0;
+    char32_t wanted = query.keyAt(0);
+    qint64 index = 0;
+    qint64 last = -2;
+    qint64 first = -1;
+    qint64 score = 0;
+    quint8 previous = 0;
+    for (qsizetype b = 0; b < size; ++index) {
+        char32_t key;
+        quint8 flags;
+        const unsigned char lead = bytes[b];
+        if (lead < 0x80) {
+            if (lead == '\r') { // CR LF is one character
+                handled = false;
+                return std::nullopt;
+            }
+            key = FuzzyText::asciiKey(lead);
+            flags = kAsciiFlags[lead];
+            ++b;
+        } else {
+            char32_t scalar;
+            if ((lead & 0xE0) == 0xC0 && b + 1 < size && (bytes[b + 1] & 0xC0) == 0x80) {
+                scalar = (char32_t(lead & 0x1F) << 6) | (bytes[b + 1] & 0x3F);
+                b += 2;
+            } else if ((lead & 0xF0) == 0xE0 && b + 2 < size && (bytes[b + 1] & 0xC0) == 0x80 &&
+                       (bytes[b + 2] & 0xC0) == 0x80) {
+                scalar = (char32_t(lead & 0x0F) << 12) | (char32_t(bytes[b + 1] & 0x3F) << 6) |
+                         (bytes[b + 2] & 0x3F);
+                if (scalar < 0x800)
+                    scalar = 0; // overlong: not simple
+                b += 3;
+            } else {
+                scalar = 0; // outside the basic plane, or malformed
+            }
+            const FuzzyText::UnitInfo& info = FuzzyText::unitInfo(char16_t(scalar));
+            if (scalar < 0x80 || !info.simple) {
+                handled = false;
+                return std::nullopt;
+            }
+            key = info.key;
+            flags = info.flags;
+        }
+        if (qi < count && key == wanted) {
+            score = ScoreArithmetic::add(score, matchPoints(index, last, previous, flags));
+            if (first < 0)
+                first = index;
+            last = index;
+            if (++qi < count)
+                wanted = query.keyAt(qi);
+        }
+        previous = flags;
+    }
+    if (qi != count) // also when the text has fewer characters than the query
+        return std::nullopt;
+    score = ScoreArithmetic::subtract(score, ScoreArithmetic::unmatchedPenalty(index, count));
+    return ScoreArithmetic::subtract(score, ScoreArithmetic::latePenalty(first));
+}
+
 template <bool WithPositions>
 std::optional<Match> walkPrepared(const FuzzyQuery& query, const FuzzyText& candidate)
 {
@@ -233,13 +324,14 @@ std::optional<qint64> matchScore(const FuzzyQuery& query, const FuzzyText& candi
 
 std::optional<qint64> matchScore(const FuzzyQuery& query, QByteArrayView utf8Candidate)
 {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8Candidate.data());
-    const qsizetype size = utf8Candidate.size();
-    for (qsizetype i = 0; i < size; ++i) {
-        if (bytes[i] >= 0x80 || bytes[i] == '\r')
-            return matchScore(query, FuzzyText(QString::fromUtf8(utf8Candidate)));
-    }
-    return scoreOf(walk<false>(query, AsciiCandidate{bytes, size}));
+    if (query.isEmpty())
+        return 0;
+    bool handled = false;
+    const auto score = walkUtf8(query, reinterpret_cast<const unsigned char*>(utf8Candidate.data()),
+                                utf8Candidate.size(), handled);
+    if (handled)
+        return score;
+    return matchScore(query, FuzzyText(QString::fromUtf8(utf8Candidate)));
 }
 
 std::optional<qint64> score(const FuzzyQuery& searchTerm, const FuzzyShortcut& item)

@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include <array>
+#include <memory>
 
 namespace Tessaline {
 
@@ -18,23 +19,6 @@ bool isPlainAscii(const QString& text)
             return false;
     }
     return true;
-}
-
-bool isSimple(const QString& text)
-{
-    for (const QChar c : text) {
-        if (!Graphemes::isSimpleUnit(c.unicode()))
-            return false;
-    }
-    return true;
-}
-
-std::array<quint8, 128> makeAsciiFlags()
-{
-    std::array<quint8, 128> table{};
-    for (char32_t byte = 0; byte < 128; ++byte)
-        table[byte] = FuzzyText::scalarFlags(byte);
-    return table;
 }
 
 } // namespace
@@ -51,10 +35,23 @@ quint8 FuzzyText::scalarFlags(char32_t scalar)
     return flags;
 }
 
-quint8 FuzzyText::asciiFlags(unsigned char byte)
+const FuzzyText::UnitInfo& FuzzyText::unitInfo(char16_t unit)
 {
-    static const std::array<quint8, 128> table = makeAsciiFlags();
-    return byte < 128 ? table[byte] : 0;
+    // 256 blocks of 256 units, each filled the first time one of its units is asked for.
+    static std::array<std::unique_ptr<std::array<UnitInfo, 256>>, 256> blocks;
+    auto& block = blocks[unit >> 8];
+    if (!block) {
+        block = std::make_unique<std::array<UnitInfo, 256>>();
+        for (char16_t low = 0; low < 256; ++low) {
+            const char16_t u = char16_t((unit & 0xFF00) | low);
+            const char16_t lower = char16_t(QChar::toLower(char32_t(u)));
+            // Full lower-casing maps one simple unit to one unit except for the dotted capital I.
+            const bool simple =
+                Graphemes::isSimpleUnit(u) && u != 0x0130 && Graphemes::isSimpleUnit(lower);
+            (*block)[low] = UnitInfo{lower, scalarFlags(u), simple};
+        }
+    }
+    return (*block)[unit & 0xFF];
 }
 
 char32_t FuzzyText::keyOf(const QString& lowerCharacter, QString* wide)
@@ -77,19 +74,25 @@ FuzzyText::FuzzyText(const QString& text) : m_text(text)
     }
     m_isAscii = false;
 
-    const QString lower = text.toLower();
-    if (lower.size() == text.size() && isSimple(text) && isSimple(lower)) {
-        // One unit per character, already in composed form.
-        m_size = m_lowerSize = text.size();
-        m_keys.resize(m_size);
-        m_flags.resize(m_size);
-        for (qsizetype i = 0; i < m_size; ++i) {
-            m_keys[i] = lower.at(i).unicode();
-            m_flags[i] = scalarFlags(text.at(i).unicode());
-        }
+    // Text of simple units: one unit per character, already in composed form.
+    const qsizetype units = text.size();
+    m_keys.resize(units);
+    m_flags.resize(units);
+    bool simple = true;
+    for (qsizetype i = 0; i < units && simple; ++i) {
+        const UnitInfo& info = unitInfo(text.at(i).unicode());
+        simple = info.simple;
+        m_keys[i] = info.key;
+        m_flags[i] = info.flags;
+    }
+    if (simple) {
+        m_size = m_lowerSize = units;
         return;
     }
+    m_keys.clear();
+    m_flags.clear();
 
+    const QString lower = text.toLower();
     const QStringList original = Graphemes::split(text);
     const QStringList lowered = Graphemes::split(lower);
     m_size = original.size();

@@ -54,8 +54,27 @@ public:
     }
     /// The flags of a single-scalar character.
     static quint8 scalarFlags(char32_t scalar);
-    /// The flags of a byte of ASCII text.
-    static quint8 asciiFlags(unsigned char byte);
+    /// The flags of an ASCII character: only the separators and the letters have any.
+    static constexpr quint8 asciiFlags(unsigned char byte)
+    {
+        if (byte == ' ' || byte == '/' || byte == '>' || byte == '-' || byte == '_')
+            return Separator;
+        if (byte >= 'a' && byte <= 'z')
+            return Lowercase;
+        if (byte >= 'A' && byte <= 'Z')
+            return Uppercase;
+        return 0;
+    }
+
+    /// What matching needs of one UTF-16 unit of a basic-plane character standing alone.
+    struct UnitInfo
+    {
+        char16_t key; ///< the unit lower-cased (valid when `simple`)
+        quint8 flags; ///< its flags
+        bool simple;  ///< a simple unit whose lower-case form is one simple unit
+    };
+    /// Looked up in a table filled block by block on first use (main thread only).
+    static const UnitInfo& unitInfo(char16_t unit);
 
     /// Key and, for wide keys, composed text of one lower-cased character.
     static char32_t keyOf(const QString& lowerCharacter, QString* wide);

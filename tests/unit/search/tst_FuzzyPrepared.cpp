@@ -143,8 +143,15 @@ void TestFuzzyPrepared::simpleUnitsStandAlone()
         QVERIFY2(Graphemes::split(u"a"_s + one + u"a"_s).size() == 3,
                  qPrintable(QString::number(unit, 16)));
         QVERIFY2(Graphemes::split(one + one).size() == 2, qPrintable(QString::number(unit, 16)));
+        // Lower-casing one unit is the simple mapping, except for the dotted capital I.
+        if (unit != 0x0130) {
+            QVERIFY2(one.toLower() == QString(QChar(QChar::toLower(unit))),
+                     qPrintable(QString::number(unit, 16)));
+        }
     }
     QVERIFY(simple > 20000);
+    for (unsigned char byte = 0; byte < 128; ++byte)
+        QCOMPARE(FuzzyText::asciiFlags(byte), FuzzyText::scalarFlags(byte));
     QVERIFY(!Graphemes::isSimpleUnit(u'\r'));
     QVERIFY(!Graphemes::isSimpleUnit(0x0301));
     QVERIFY(!Graphemes::isSimpleUnit(0x200D));

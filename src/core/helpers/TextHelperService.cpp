@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "helpers/TextHelperService.h"
+
+#include "platform/AccessibilityTrust.h"
+#include "platform/AlertPresenter.h"
+#include "platform/Clipboard.h"
+#include "platform/KeyInjector.h"
+#include "platform/Scheduler.h"
+#include "platform/Workspace.h"
+
+namespace Tessaline {
+
+TextHelperService::TextHelperService(TargetAppProvider targetAppProvider, Workspace& workspace,
+                                     Clipboard& clipboard, KeyInjector& keyInjector,
+                                     AccessibilityTrust& accessibilityTrust, AlertPresenter& alerts,
+                                     Scheduler& scheduler, QObject* parent)
+    : QObject(parent), m_targetAppProvider(std::move(targetAppProvider)), m_workspace(workspace),
+      m_clipboard(clipboard), m_keyInjector(keyInjector), m_accessibilityTrust(accessibilityTrust),
+      m_alerts(alerts), m_scheduler(scheduler)
+{}
+
+void TextHelperService::perform(TextHelperAction action)
+{
+    if (!ensureAccessibilityPermission())
+        return;
+    if (const auto text = TextHelperActions::snippet(action))
+        paste(*text);
+    else
+        pastePlainText();
+}
+
+bool TextHelperService::ensureAccessibilityPermission()
+{
+    if (m_accessibilityTrust.isTrusted())
+        return true;
+    const int response = m_alerts.runModal(
+        QStringLiteral("Accessibility permission needed"),
+        QStringLiteral("Tessaline needs Accessibility permission to paste helper text into the "
+                       "app you were using."),
+        {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")});
+    if (response == AlertPresenter::kFirstButton)
+        m_accessibilityTrust.requestTrust();
+    // The permission takes effect later; the user runs the helper again.
+    return false;
+}
+
+void TextHelperService::pastePlainText()
+{
+    const std::optional<QString> text = m_clipboard.text();
+    if (text && !text->isEmpty()) {
+        paste(*text);
+        return;
+    }
+    m_alerts.runModal(QStringLiteral("Clipboard is empty"),
+                      QStringLiteral("Copy some text first, then use Paste Plain Text."),
+                      {QStringLiteral("OK")});
+}
+
+void TextHelperService::paste(const QString& text)
+{
+    const std::optional<QString> saved = m_clipboard.text();
+
+    const TrackedApp target =
+        m_targetAppProvider ? m_targetAppProvider() : TrackedApp::placeholder();
+    if (target.bundleID) {
+        const QList<RunningApplication> running = m_workspace.runningApplications(*target.bundleID);
+        // Without a running instance the keystroke goes to whatever is in front.
+        if (!running.isEmpty())
+            m_workspace.activate(running.first());
+    }
+
+    m_clipboard.clear();
+    m_clipboard.setText(text);
+
+    // Both delays count from now; a failed keystroke is skipped silently and the clipboard is
+    // still restored.
+    m_scheduler.schedule(kKeystrokeDelayMs, this, [this] { m_keyInjector.postPasteChord(); });
+    m_scheduler.schedule(kRestoreDelayMs, this, [this, saved] {
+        if (!saved)
+            return; // nothing to give back: the inserted text stays on the clipboard
+        m_clipboard.clear();
+        m_clipboard.setText(*saved);
+    });
+}
+
+} // namespace Tessaline

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/XTestKeyInjector.h"
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace Tessaline {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcX11Keys, "tessaline.x11", QtWarningMsg)
+
+constexpr xcb_keysym_t kControlL = 0xffe3; // XK_Control_L
+constexpr xcb_keysym_t kLowerV = 0x0076;   // XK_v
+
+struct FreeDeleter
+{
+    void operator()(void* pointer) const { std::free(pointer); }
+};
+template <typename T>
+using XcbReply = std::unique_ptr<T, FreeDeleter>;
+
+struct KeySymbolsDeleter
+{
+    void operator()(xcb_key_symbols_t* symbols) const { xcb_key_symbols_free(symbols); }
+};
+
+xcb_keycode_t firstKeycode(xcb_key_symbols_t* symbols, xcb_keysym_t keysym)
+{
+    const std::unique_ptr<xcb_keycode_t, FreeDeleter> codes(
+        xcb_key_symbols_get_keycode(symbols, keysym));
+    return codes ? codes.get()[0] : xcb_keycode_t(XCB_NO_SYMBOL);
+}
+
+// One synthetic key event, checked so that a refusal is seen.
+bool fakeKey(xcb_connection_t* connection, uint8_t type, xcb_keycode_t keycode)
+{
+    const xcb_void_cookie_t cookie = xcb_test_fake_input_checked(
+        connection, type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, XCB_NONE);
+    const XcbReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
+    if (error)
+        qCWarning(lcX11Keys) << "XTEST refused key event" << type << keycode << "error"
+                             << error->error_code;
+    return !error;
+}
+
+// Releases every modifier key that is down now, so that it does not join the paste chord.
+void releaseHeldModifiers(xcb_connection_t* connection)
+{
+    const XcbReply<xcb_get_modifier_mapping_reply_t> mapping(
+        xcb_get_modifier_mapping_reply(connection, xcb_get_modifier_mapping(connection), nullptr));
+    const XcbReply<xcb_query_keymap_reply_t> keymap(
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+    if (!mapping || !keymap)
+        return;
+    const xcb_keycode_t* keycodes = xcb_get_modifier_mapping_keycodes(mapping.get());
+    const int count = xcb_get_modifier_mapping_keycodes_length(mapping.get());
+    for (int i = 0; i < count; ++i) {
+        const xcb_keycode_t keycode = keycodes[i];
+        if (keycode != XCB_NO_SYMBOL && (keymap->keys[keycode / 8] & (1u << (keycode % 8))))
+            fakeKey(connection, XCB_KEY_RELEASE, keycode);
+    }
+}
+
+} // namespace
+
+bool XTestKeyInjector::postPasteChord()
+{
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    if (!x11 || !x11->connection())
+        return false;
+    xcb_connection_t* connection = x11->connection();
+
+    const std::unique_ptr<xcb_key_symbols_t, KeySymbolsDeleter> symbols(
+        xcb_key_symbols_alloc(connection));
+    if (!symbols)
+        return false;
+    const xcb_keycode_t control = firstKeycode(symbols.get(), kControlL);
+    const xcb_keycode_t v = firstKeycode(symbols.get(), kLowerV);
+    if (control == XCB_NO_SYMBOL || v == XCB_NO_SYMBOL)
+        return false;
+
+    releaseHeldModifiers(connection);
+
+    bool posted = fakeKey(connection, XCB_KEY_PRESS, control);
+    if (posted) {
+        posted = fakeKey(connection, XCB_KEY_PRESS, v);
+        if (posted)
+            posted = fakeKey(connection, XCB_KEY_RELEASE, v);
+    }
+    // Control goes up again whatever happened above.
+    if (!fakeKey(connection, XCB_KEY_RELEASE, control))
+        posted = false;
+    xcb_flush(connection);
+    return posted;
+}
+
+} // namespace Tessaline
