@@ -143,7 +143,7 @@ void AppDelegate::showHUD()
     navigator->setOnActivate([model](int index) { model->copyChordAt(index); });
     panel->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)},
                                  {QStringLiteral("navigator"), QVariant::fromValue(navigator)}});
-    panel->setSource(QUrl(QStringLiteral("qrc:/Tessaline/ContentView.qml")));
+    panel->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/ContentView.qml")));
     if (QQuickItem* root = panel->rootObject()) {
         connect(root, SIGNAL(close()), this, SLOT(closeHUD()));
         connect(root, SIGNAL(reload()), this, SLOT(reloadVault()));

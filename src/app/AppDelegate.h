@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FloatingPanel.h"
 #include "helpers/TextHelperAction.h"
 
 #include <QObject>
@@ -27,7 +28,6 @@ class Clock;
 class CoachTipController;
 class CoachTipPresenter;
 class DefaultsStore;
-class FloatingPanel;
 class FrontmostAppTracker;
 class HotkeyManager;
 class KeyInjector;

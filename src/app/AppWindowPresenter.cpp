@@ -94,7 +94,7 @@ QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
     view->setTitle(QString::fromUtf8(spec.title));
     view->setResizeMode(QQuickView::SizeRootObjectToView);
     view->setInitialProperties(properties);
-    view->setSource(QUrl(QStringLiteral("qrc:/Tessaline/%1.qml").arg(QLatin1String(spec.view))));
+    view->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(spec.view))));
     view->resize(spec.width, spec.height);
     if (!spec.resizable) {
         view->setMinimumSize(view->size());
@@ -104,8 +104,10 @@ QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
     }
     centerOnScreen(*view);
 
-    // Closing forgets the window; the next request builds a new one.
-    connect(view, &QQuickWindow::closing, this, [this, kind, view] {
+    // Closing (hiding) forgets the window; the next request builds a new one.
+    connect(view, &QWindow::visibleChanged, this, [this, kind, view](bool visible) {
+        if (visible)
+            return;
         Slot& closed = slot(kind);
         if (closed.window == view)
             closed.window = nullptr;

@@ -125,6 +125,8 @@ Rectangle {
                           : "Search global shortcuts now, or scan this app to add its menu commands."
                     font.pixelSize: 12
                     color: root.secondary
+                    wrapMode: Text.WordWrap
+                    maximumLineCount: 2
                     elide: Text.ElideRight
                     Layout.fillWidth: true
                     Accessible.name: text

@@ -21,8 +21,8 @@ Rectangle {
 
     ColumnLayout {
         anchors.fill: parent
-        anchors.margins: 24
-        spacing: 14
+        anchors.margins: 20
+        spacing: 12
 
         RowLayout {
             spacing: 14
@@ -60,8 +60,18 @@ Rectangle {
             }
         }
 
-        ColumnLayout {
+        Flickable {
+            id: rows
             Layout.fillWidth: true
+            Layout.fillHeight: true
+            contentHeight: rowColumn.implicitHeight
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar { policy: rows.contentHeight > rows.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded }
+
+        ColumnLayout {
+            id: rowColumn
+            width: rows.width - 14
             spacing: 10
             OnboardingRow {
                 icon: "menubar.rectangle"
@@ -99,8 +109,7 @@ Rectangle {
                 text: "If macOS blocks the app after unzipping, right-click Tessaline and choose Open once."
             }
         }
-
-        Item { Layout.fillHeight: true }
+        }
 
         RowLayout {
             Layout.fillWidth: true

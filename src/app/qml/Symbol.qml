@@ -11,6 +11,8 @@ Image {
 
     width: side
     height: side
+    implicitWidth: side
+    implicitHeight: side
     sourceSize.width: side * 2
     sourceSize.height: side * 2
     fillMode: Image.PreserveAspectFit

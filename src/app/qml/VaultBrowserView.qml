@@ -28,7 +28,6 @@ Rectangle {
             Layout.bottomMargin: 10
             spacing: 10
             ColumnLayout {
-                Layout.fillWidth: true
                 spacing: 2
                 Label {
                     text: "All Shortcuts"
@@ -44,6 +43,7 @@ Rectangle {
                     Accessible.name: text
                 }
             }
+            Item { Layout.fillWidth: true }
             Button {
                 text: "Show JSON"
                 focusPolicy: Qt.TabFocus

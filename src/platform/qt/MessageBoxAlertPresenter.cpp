@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "qt/MessageBoxAlertPresenter.h"
+#include "platform/qt/MessageBoxAlertPresenter.h"
 
 #include <QMessageBox>
 #include <QPushButton>
