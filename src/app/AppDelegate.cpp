@@ -15,6 +15,7 @@
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Clipboard.h"
 #include "platform/Workspace.h"
+#include "platform/x11/X11TaskbarHint.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
 #include "vault/VaultStore.h"
@@ -155,6 +156,7 @@ void AppDelegate::showHUD()
 
     center(*panel);
     panel->show();
+    X11TaskbarHint::skipTaskbar(*panel);
     panel->raise();
     panel->requestActivate();
 
