@@ -21,6 +21,8 @@
 #include "vault/VaultStore.h"
 
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QLoggingCategory>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QIcon>
@@ -31,6 +33,9 @@
 #include <QUrl>
 
 #include <cmath>
+
+// Timings of the HUD, quiet unless QT_LOGGING_RULES enables them (the benchmarks do).
+Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
@@ -132,6 +137,8 @@ void AppDelegate::toggleHUD()
 
 void AppDelegate::showHUD()
 {
+    QElapsedTimer sinceRequest;
+    sinceRequest.start();
     m_frontmostAppTracker->accept(m_platform.workspace.frontmostApplication());
     const TrackedApp app = m_frontmostAppTracker->current();
 
@@ -154,6 +161,13 @@ void AppDelegate::showHUD()
         connect(root, SIGNAL(helperAction(QString)), this, SLOT(helperActionChosen(QString)));
     }
 
+    connect(
+        panel, &QQuickWindow::frameSwapped, panel,
+        [sinceRequest] {
+            qCDebug(lcHudTiming, "first frame %.2f ms after the request",
+                    static_cast<double>(sinceRequest.nsecsElapsed()) / 1e6);
+        },
+        Qt::SingleShotConnection);
     center(*panel);
     panel->show();
     X11TaskbarHint::skipTaskbar(*panel);
