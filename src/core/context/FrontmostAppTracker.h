@@ -35,12 +35,15 @@ public:
     /// replaces the subscription.
     void start();
 
+    /// Offers an application as the one now in front. Ignored when it is missing, not a
+    /// regular application, or Tessaline itself; otherwise it becomes `current` and is saved.
+    void accept(const std::optional<RunningApplication>& app);
+
 signals:
     /// Emitted on every accepted activation, also when the value stayed the same.
     void currentChanged();
 
 private:
-    void accept(const std::optional<RunningApplication>& app);
     static TrackedApp savedApp(const DefaultsStore& defaults);
     void save(const TrackedApp& app);
 

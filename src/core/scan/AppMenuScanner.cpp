@@ -510,3 +510,13 @@ QList<ShortcutItem> AppMenuScanner::dedupe(const QList<ShortcutItem>& items)
 }
 
 } // namespace Tessaline
+
+namespace Tessaline {
+
+void AppMenuScanner::clearStatus()
+{
+    setStatusText(std::nullopt);
+    setStatusAppBundleID(std::nullopt);
+}
+
+} // namespace Tessaline

@@ -69,6 +69,8 @@ public:
     QList<TrackedApp> scannableRunningApps() const;
     /// Explains why the permission is needed and, if the user agrees, asks for it.
     void promptForAccessibility();
+    /// Forgets the status message and the app it belongs to (the HUD's dismiss button).
+    void clearStatus();
 
     /// The key name of a menu command character.
     static QString normalizedKey(const QString& character);

@@ -1,0 +1,351 @@
+// SPDX-License-Identifier: MIT
+#include "AppDelegate.h"
+
+#include "AppWindowPresenter.h"
+#include "Branding.h"
+#include "BrowserModel.h"
+#include "CheatSheetModel.h"
+#include "FloatingPanel.h"
+#include "ListNavigator.h"
+#include "MenuBarController.h"
+#include "SettingsModel.h"
+#include "coach/CoachTipController.h"
+#include "context/FrontmostAppTracker.h"
+#include "helpers/TextHelperService.h"
+#include "hotkeys/HotkeyManager.h"
+#include "platform/Clipboard.h"
+#include "platform/Workspace.h"
+#include "platform/x11/X11TaskbarHint.h"
+#include "scan/AppMenuScanner.h"
+#include "settings/DefaultsStore.h"
+#include "vault/VaultStore.h"
+
+#include <QCursor>
+#include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLoggingCategory>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+#include <QTimer>
+#include <QUrl>
+
+#include <cmath>
+
+// Timings of the HUD, quiet unless QT_LOGGING_RULES enables them (the benchmarks do).
+Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
+
+namespace Tessaline {
+namespace {
+
+const QString kOnboardingCompletedKey = QStringLiteral("Onboarding.completed");
+
+QUrl logoUrl()
+{
+    QString path = Branding::resourceImagePath();
+    if (path.isEmpty())
+        path = Branding::developmentImagePath();
+    return path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path);
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(Platform platform, QObject* parent)
+    : QObject(parent), m_platform(platform), m_store(std::make_unique<VaultStore>()),
+      m_frontmostAppTracker(
+          std::make_unique<FrontmostAppTracker>(platform.workspace, platform.defaults)),
+      m_menuScanner(std::make_unique<AppMenuScanner>(platform.workspace, platform.trust,
+                                                     platform.elements, platform.alerts)),
+      m_coachTipController(std::make_unique<CoachTipController>(
+          platform.defaults, platform.clock, platform.scheduler, platform.keyMonitor,
+          platform.tipPresenter)),
+      m_windowPresenter(std::make_unique<AppWindowPresenter>(platform.engine, platform.defaults))
+{}
+
+AppDelegate::~AppDelegate()
+{
+    delete m_panel.data();
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    if (const std::optional<QImage> logo = Branding::image())
+        QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(*logo)));
+
+    m_frontmostAppTracker->start();
+
+    QPointer<AppDelegate> self(this);
+    m_textHelperService = std::make_unique<TextHelperService>(
+        [self] {
+            return self ? self->m_frontmostAppTracker->current() : TrackedApp::placeholder();
+        },
+        m_platform.workspace, m_platform.clipboard, m_platform.keyInjector, m_platform.trust,
+        m_platform.alerts, m_platform.scheduler);
+
+    m_hotkeyManager =
+        std::make_unique<HotkeyManager>(m_platform.defaults, m_platform.scheduler, [self] {
+            if (self)
+                self->toggleHUD();
+        });
+    m_hotkeyManager->rebind();
+
+    auto call = [self](void (AppDelegate::*method)()) {
+        return [self, method] {
+            if (self)
+                (self.data()->*method)();
+        };
+    };
+    m_menuBarController = std::make_unique<MenuBarController>(MenuBarController::Actions{
+        call(&AppDelegate::toggleHUD), call(&AppDelegate::showBrowser),
+        call(&AppDelegate::scanCurrentAppMenus), call(&AppDelegate::scanOpenApps),
+        call(&AppDelegate::showSettings), call(&AppDelegate::showOnboarding),
+        [self](TextHelperAction action) {
+            if (self)
+                self->performHelper(action);
+        }});
+
+    m_coachTipController->start();
+
+    // Clicking anywhere outside Tessaline closes the HUD.
+    m_resignObserver = connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+                               [this](Qt::ApplicationState state) {
+                                   if (state != Qt::ApplicationActive && m_panel)
+                                       closeHUD();
+                               });
+
+    if (!m_platform.defaults.boolValue(kOnboardingCompletedKey).value_or(false))
+        showOnboarding();
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    m_coachTipController->stop();
+    if (m_resignObserver)
+        disconnect(m_resignObserver);
+}
+
+void AppDelegate::toggleHUD()
+{
+    qCDebug(lcHudTiming, "toggle with the HUD %s",
+            m_panel && m_panel->isVisible() ? "shown" : "hidden");
+    if (m_panel && m_panel->isVisible()) {
+        closeHUD();
+        return;
+    }
+    showHUD();
+}
+
+void AppDelegate::showHUD()
+{
+    QElapsedTimer sinceRequest;
+    sinceRequest.start();
+    m_frontmostAppTracker->accept(m_platform.workspace.frontmostApplication());
+    const TrackedApp app = m_frontmostAppTracker->current();
+
+    auto* panel = new FloatingPanel(&m_platform.engine);
+    auto* model = new CheatSheetModel(
+        *m_store, *m_menuScanner, app, [this](const QString& text) { copyText(text); },
+        helperActionList(), panel);
+    auto* navigator = new ListNavigator(panel);
+    navigator->setPanel(panel);
+    navigator->setOnActivate([model](int index) { model->copyChordAt(index); });
+    panel->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)},
+                                 {QStringLiteral("navigator"), QVariant::fromValue(navigator)}});
+    panel->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/ContentView.qml")));
+    if (QQuickItem* root = panel->rootObject()) {
+        connect(root, SIGNAL(close()), this, SLOT(closeHUD()));
+        connect(root, SIGNAL(reload()), this, SLOT(reloadVault()));
+        connect(root, SIGNAL(scanMenus()), this, SLOT(scanCurrentAppMenus()));
+        connect(root, SIGNAL(browseAll()), this, SLOT(showBrowser()));
+        connect(root, SIGNAL(settings()), this, SLOT(showSettings()));
+        connect(root, SIGNAL(helperAction(QString)), this, SLOT(helperActionChosen(QString)));
+    }
+
+    connect(
+        panel, &QQuickWindow::frameSwapped, panel,
+        [sinceRequest] {
+            qCDebug(lcHudTiming, "first frame %.2f ms after the request",
+                    static_cast<double>(sinceRequest.nsecsElapsed()) / 1e6);
+        },
+        Qt::SingleShotConnection);
+    center(*panel);
+    panel->show();
+    X11TaskbarHint::skipTaskbar(*panel);
+    panel->raise();
+    panel->requestActivate();
+
+    delete m_panel.data();
+    m_panel = panel;
+    emit hudShown();
+}
+
+void AppDelegate::closeHUD()
+{
+    if (!m_panel)
+        return;
+    qCDebug(lcHudTiming, "closing the HUD");
+    FloatingPanel* panel = m_panel.data();
+    m_panel = nullptr;
+    panel->hide();
+    // The view may be inside one of its own signal handlers.
+    panel->deleteLater();
+}
+
+void AppDelegate::reloadVault()
+{
+    m_store->reload();
+}
+
+void AppDelegate::helperActionChosen(const QString& rawValue)
+{
+    if (const std::optional<TextHelperAction> action = TextHelperActions::fromRawValue(rawValue))
+        performHelper(*action);
+}
+
+void AppDelegate::scanCurrentAppMenus()
+{
+    m_frontmostAppTracker->accept(m_platform.workspace.frontmostApplication());
+    const TrackedApp app = m_frontmostAppTracker->current();
+    QPointer<AppDelegate> self(this);
+    auto afterScan = [self] {
+        if (self && !(self->m_panel && self->m_panel->isVisible()))
+            self->showHUD();
+    };
+    if (m_menuScanner->isScanning()) {
+        // The request is dropped while another scan runs; the HUD still comes up.
+        QTimer::singleShot(0, this, afterScan);
+        return;
+    }
+    connect(m_menuScanner.get(), &AppMenuScanner::scanFinished, this, afterScan,
+            Qt::SingleShotConnection);
+    m_menuScanner->scanAndMergeCurrentApp(app, *m_store);
+}
+
+void AppDelegate::scanOpenApps()
+{
+    QPointer<AppDelegate> self(this);
+    auto afterScan = [self] {
+        if (self)
+            self->showBrowser();
+    };
+    if (m_menuScanner->isScanning()) {
+        QTimer::singleShot(0, this, afterScan);
+        return;
+    }
+    connect(m_menuScanner.get(), &AppMenuScanner::scanFinished, this, afterScan,
+            Qt::SingleShotConnection);
+    m_menuScanner->scanAndMergeOpenApps(*m_store);
+}
+
+void AppDelegate::showBrowser()
+{
+    if (m_windowPresenter->window(AppWindowPresenter::Kind::Browser)) {
+        m_windowPresenter->showBrowser({});
+        return;
+    }
+    auto* model = new BrowserModel(
+        *m_store, *m_menuScanner, [this](const QString& text) { copyText(text); }, this);
+    m_windowPresenter->showBrowser({{QStringLiteral("model"), QVariant::fromValue(model)}});
+    QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Browser);
+    if (!window) {
+        delete model;
+        return;
+    }
+    connect(window, &QObject::destroyed, model, &QObject::deleteLater);
+    if (QQuickItem* root = window->rootObject()) {
+        connect(root, SIGNAL(scanOpenApps()), this, SLOT(scanOpenApps()));
+        connect(root, SIGNAL(showJson()), this, SLOT(showVaultFile()));
+    }
+}
+
+void AppDelegate::showVaultFile()
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_store->dataFilePath()));
+}
+
+void AppDelegate::showSettings()
+{
+    if (!m_hotkeyManager)
+        return;
+    if (m_windowPresenter->window(AppWindowPresenter::Kind::Settings)) {
+        m_windowPresenter->showSettings({});
+        return;
+    }
+    auto* model = new SettingsModel(*m_store, m_hotkeyManager.get(), m_platform.trust, this);
+    m_windowPresenter->showSettings({{QStringLiteral("model"), QVariant::fromValue(model)}});
+    if (QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Settings))
+        connect(window, &QObject::destroyed, model, &QObject::deleteLater);
+    else
+        delete model;
+}
+
+void AppDelegate::showOnboarding()
+{
+    const bool wasOpen = m_windowPresenter->window(AppWindowPresenter::Kind::Onboarding);
+    SettingsModel* model = nullptr;
+    QVariantMap properties{{QStringLiteral("logoSource"), logoUrl()}};
+    if (!wasOpen) {
+        model = new SettingsModel(*m_store, m_hotkeyManager.get(), m_platform.trust, this);
+        properties.insert(QStringLiteral("accessibility"), QVariant::fromValue(model));
+    }
+    m_windowPresenter->showOnboarding(properties, [] {});
+    if (!model)
+        return;
+    if (QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Onboarding))
+        connect(window, &QObject::destroyed, model, &QObject::deleteLater);
+    else
+        delete model;
+}
+
+void AppDelegate::performHelper(TextHelperAction action)
+{
+    closeHUD();
+    if (m_textHelperService)
+        m_textHelperService->perform(action);
+}
+
+QPoint AppDelegate::centeredOrigin(const QRectF& area, const QSizeF& size)
+{
+    // std::round rounds halves away from zero.
+    return QPoint(static_cast<int>(std::round(area.center().x() - size.width() * 0.5)),
+                  static_cast<int>(std::round(area.center().y() - size.height() * 0.5)));
+}
+
+QRectF AppDelegate::areaUnderMouse()
+{
+    const QPoint mouse = QCursor::pos();
+    for (QScreen* screen : QGuiApplication::screens()) {
+        if (screen->geometry().contains(mouse))
+            return screen->availableGeometry();
+    }
+    if (QScreen* primary = QGuiApplication::primaryScreen())
+        return primary->availableGeometry();
+    return QRectF(0, 0, 1440, 900);
+}
+
+void AppDelegate::center(QWindow& panel)
+{
+    panel.setPosition(centeredOrigin(areaUnderMouse(), panel.size()));
+}
+
+void AppDelegate::copyText(const QString& text)
+{
+    m_platform.clipboard.clear();
+    m_platform.clipboard.setText(text);
+}
+
+QVariantList AppDelegate::helperActionList() const
+{
+    QVariantList actions;
+    for (TextHelperAction action : TextHelperActions::all()) {
+        actions.append(
+            QVariantMap{{QStringLiteral("raw"), TextHelperActions::rawValue(action)},
+                        {QStringLiteral("title"), TextHelperActions::title(action)},
+                        {QStringLiteral("help"), TextHelperActions::description(action)}});
+    }
+    return actions;
+}
+
+} // namespace Tessaline

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "AppIconProvider.h"
+
+#include <QFileInfo>
+#include <QIcon>
+#include <QImageReader>
+
+namespace Tessaline {
+
+AppIconProvider::AppIconProvider(std::function<std::optional<QString>(const QString&)> iconName)
+    : QQuickImageProvider(QQuickImageProvider::Image), m_iconName(std::move(iconName))
+{}
+
+QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
+{
+    const int side = std::max({requestedSize.width(), requestedSize.height(), 32});
+    QImage image;
+    if (const std::optional<QString> name = m_iconName ? m_iconName(id) : std::nullopt) {
+        if (QFileInfo(*name).isAbsolute()) {
+            QImageReader reader(*name);
+            reader.setScaledSize(QSize(side, side));
+            image = reader.read();
+        } else if (QIcon::hasThemeIcon(*name)) {
+            image = QIcon::fromTheme(*name).pixmap(side, side).toImage();
+        }
+    }
+    if (size)
+        *size = image.size();
+    return image;
+}
+
+} // namespace Tessaline

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "AppWindowPresenter.h"
+
+#include "settings/DefaultsStore.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+
+namespace Tessaline {
+namespace {
+
+struct WindowSpec
+{
+    const char* view;
+    const char* title;
+    int width;
+    int height;
+    bool resizable;
+    bool minimizable;
+};
+
+WindowSpec windowSpec(AppWindowPresenter::Kind kind)
+{
+    switch (kind) {
+    case AppWindowPresenter::Kind::Settings:
+        return {"SettingsView", "Tessaline Settings", 560, 520, false, true};
+    case AppWindowPresenter::Kind::Browser:
+        return {"VaultBrowserView", "All Tessaline Shortcuts", 760, 620, true, true};
+    case AppWindowPresenter::Kind::Onboarding:
+        return {"OnboardingView", "Welcome to Tessaline", 600, 500, false, false};
+    }
+    Q_UNREACHABLE();
+}
+
+void centerOnScreen(QWindow& window)
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    const QRect area = screen->availableGeometry();
+    window.setPosition(area.center().x() - window.width() / 2,
+                       area.center().y() - window.height() / 2);
+}
+
+} // namespace
+
+AppWindowPresenter::AppWindowPresenter(QQmlEngine& engine, DefaultsStore& defaults, QObject* parent)
+    : QObject(parent), m_engine(engine), m_defaults(defaults)
+{}
+
+AppWindowPresenter::~AppWindowPresenter()
+{
+    for (Slot* open : {&m_settings, &m_browser, &m_onboarding})
+        delete open->window.data();
+}
+
+AppWindowPresenter::Slot& AppWindowPresenter::slot(Kind kind)
+{
+    switch (kind) {
+    case Kind::Settings:
+        return m_settings;
+    case Kind::Browser:
+        return m_browser;
+    case Kind::Onboarding:
+        return m_onboarding;
+    }
+    Q_UNREACHABLE();
+}
+
+QQuickView* AppWindowPresenter::window(Kind kind) const
+{
+    return const_cast<AppWindowPresenter*>(this)->slot(kind).window.data();
+}
+
+QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
+{
+    Slot& current = slot(kind);
+    if (current.window) {
+        current.window->show();
+        current.window->raise();
+        current.window->requestActivate();
+        return current.window;
+    }
+
+    const WindowSpec spec = windowSpec(kind);
+    auto* view = new QQuickView(&m_engine, nullptr);
+    Qt::WindowFlags flags =
+        Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
+    if (spec.minimizable)
+        flags |= Qt::WindowMinimizeButtonHint;
+    view->setFlags(flags);
+    view->setTitle(QString::fromUtf8(spec.title));
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
+    view->setInitialProperties(properties);
+    view->setSource(
+        QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(spec.view))));
+    view->resize(spec.width, spec.height);
+    if (!spec.resizable) {
+        view->setMinimumSize(view->size());
+        view->setMaximumSize(view->size());
+    } else {
+        view->setMinimumSize(QSize(spec.width / 2, spec.height / 2));
+    }
+    centerOnScreen(*view);
+
+    // Closing (hiding) forgets the window; the next request builds a new one.
+    connect(view, &QWindow::visibleChanged, this, [this, kind, view](bool visible) {
+        if (visible)
+            return;
+        Slot& closed = slot(kind);
+        if (closed.window == view)
+            closed.window = nullptr;
+        view->deleteLater();
+    });
+    current.window = view;
+    view->show();
+    view->raise();
+    view->requestActivate();
+    emit windowCreated(kind, view);
+    return view;
+}
+
+void AppWindowPresenter::showSettings(const QVariantMap& properties)
+{
+    show(Kind::Settings, properties);
+}
+
+void AppWindowPresenter::showBrowser(const QVariantMap& properties)
+{
+    show(Kind::Browser, properties);
+}
+
+void AppWindowPresenter::showOnboarding(const QVariantMap& properties,
+                                        std::function<void()> onComplete)
+{
+    m_onboardingComplete = std::move(onComplete);
+    const bool wasOpen = m_onboarding.window;
+    QQuickView* view = show(Kind::Onboarding, properties);
+    if (!wasOpen && view->rootObject())
+        connect(view->rootObject(), SIGNAL(complete()), this, SLOT(completeOnboarding()));
+}
+
+void AppWindowPresenter::completeOnboarding()
+{
+    m_defaults.setBool(QStringLiteral("Onboarding.completed"), true);
+    m_defaults.sync();
+    if (m_onboarding.window)
+        m_onboarding.window->close();
+    if (m_onboardingComplete)
+        m_onboardingComplete();
+}
+
+} // namespace Tessaline

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "BrowserModel.h"
+
+#include "scan/AppMenuScanner.h"
+#include "vault/VaultStore.h"
+
+namespace Tessaline {
+
+BrowserModel::BrowserModel(VaultStore& store, AppMenuScanner& scanner,
+                           std::function<void(const QString&)> copyText, QObject* parent)
+    : QObject(parent), m_store(&store), m_scanner(&scanner), m_copyText(std::move(copyText))
+{
+    connect(&store, &VaultStore::dataChanged, this, &BrowserModel::rebuildIndex);
+    for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged})
+        connect(&scanner, signal, this, &BrowserModel::scannerChanged);
+    rebuildIndex();
+}
+
+void BrowserModel::setQuery(const QString& query)
+{
+    if (m_query == query)
+        return;
+    m_query = query;
+    emit queryChanged();
+    refilter();
+}
+
+int BrowserModel::appPackCount() const
+{
+    return m_store ? static_cast<int>(m_store->data().apps.size()) : 0;
+}
+
+QString BrowserModel::statusText() const
+{
+    return m_scanner ? m_scanner->statusText().value_or(QString()) : QString();
+}
+
+bool BrowserModel::isScanning() const
+{
+    return m_scanner && m_scanner->isScanning();
+}
+
+QVariant BrowserModel::bundleIDForGroup(const QString& group) const
+{
+    const auto found = m_groupBundleIDs.constFind(group);
+    return found == m_groupBundleIDs.constEnd() ? QVariant() : QVariant(*found);
+}
+
+int BrowserModel::countForGroup(const QString& group) const
+{
+    return m_groupCounts.value(group);
+}
+
+void BrowserModel::copyChord(const QString& chord)
+{
+    if (m_copyText)
+        m_copyText(chord);
+}
+
+void BrowserModel::rebuildIndex()
+{
+    m_index = VaultBrowserIndex(m_store ? m_store->allShortcutRows() : QList<VaultShortcutRow>());
+    m_groupBundleIDs.clear();
+    for (const VaultShortcutRow& row : m_index.allRows()) {
+        if (row.bundleID && !m_groupBundleIDs.contains(row.appName))
+            m_groupBundleIDs.insert(row.appName, *row.bundleID);
+    }
+    emit countsChanged();
+    refilter();
+}
+
+void BrowserModel::refilter()
+{
+    QList<ShortcutListModel::Entry> entries;
+    m_groupCounts.clear();
+    for (const BrowserGroup& group : m_index.groupedRows(m_query)) {
+        m_groupCounts.insert(group.name, static_cast<int>(group.rows.size()));
+        for (const VaultShortcutRow& row : group.rows)
+            entries.append({group.name, row.shortcut});
+    }
+    m_rows.reset(std::move(entries), m_query.trimmed());
+    emit rowsChanged();
+}
+
+} // namespace Tessaline

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ShortcutListModel.h"
+#include "vault/VaultBrowserIndex.h"
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace Tessaline {
+
+class AppMenuScanner;
+class VaultStore;
+
+/// What the browser window shows: every row of the vault filtered by the query and grouped by
+/// app, the counts, and the scanner's state. The index is rebuilt when the vault changes; the
+/// query only filters it.
+class BrowserModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("BrowserModel is created with the browser window")
+    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
+    Q_PROPERTY(int appPackCount READ appPackCount NOTIFY countsChanged)
+    Q_PROPERTY(int shortcutCount READ shortcutCount NOTIFY countsChanged)
+    Q_PROPERTY(QString statusText READ statusText NOTIFY scannerChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY scannerChanged)
+
+public:
+    BrowserModel(VaultStore& store, AppMenuScanner& scanner,
+                 std::function<void(const QString&)> copyText, QObject* parent = nullptr);
+
+    QString query() const { return m_query; }
+    void setQuery(const QString& query);
+    QAbstractItemModel* rows() { return &m_rows; }
+    int rowCount() const { return static_cast<int>(m_rows.entries().size()); }
+    int appPackCount() const;
+    int shortcutCount() const { return static_cast<int>(m_index.allRows().size()); }
+    QString statusText() const;
+    bool isScanning() const;
+
+    /// The bundle id of a group's app, or undefined for the global group and name-only packs.
+    Q_INVOKABLE
+    QVariant bundleIDForGroup(const QString& group) const;
+    /// How many rows a group shows now.
+    Q_INVOKABLE
+    int countForGroup(const QString& group) const;
+    Q_INVOKABLE
+    void copyChord(const QString& chord);
+
+signals:
+    void queryChanged();
+    void rowsChanged();
+    void countsChanged();
+    void scannerChanged();
+
+private:
+    void rebuildIndex();
+    void refilter();
+
+    QPointer<VaultStore> m_store;
+    QPointer<AppMenuScanner> m_scanner;
+    std::function<void(const QString&)> m_copyText;
+    QString m_query;
+    VaultBrowserIndex m_index;
+    ShortcutListModel m_rows;
+    QHash<QString, int> m_groupCounts;
+    QHash<QString, QString> m_groupBundleIDs;
+};
+
+} // namespace Tessaline

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ShortcutListModel.h"
+#include "context/TrackedApp.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace Tessaline {
+
+class AppMenuScanner;
+class VaultStore;
+
+/// What the cheat-sheet view shows for one app: its sections flattened into rows, the header's
+/// state and the scan status that belongs to the app. Recomputed whenever the vault, the search
+/// text or the scanner changes.
+class CheatSheetModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("CheatSheetModel is created with each HUD panel")
+    Q_PROPERTY(QString appName READ appName CONSTANT)
+    /// The app's bundle id, or undefined when it has none.
+    Q_PROPERTY(QVariant appBundleID READ appBundleID CONSTANT)
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
+    Q_PROPERTY(bool vaultReady READ vaultReady NOTIFY sectionsChanged)
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(int flatCount READ flatCount NOTIFY sectionsChanged)
+    Q_PROPERTY(QStringList sectionTitles READ sectionTitles NOTIFY sectionsChanged)
+    Q_PROPERTY(QString scanStatus READ scanStatus NOTIFY scanStatusChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY scanStatusChanged)
+    Q_PROPERTY(QVariantList helperActions READ helperActions CONSTANT)
+
+public:
+    /// `copyText` puts a chord on the clipboard; `helperActions` lists the helper bar's
+    /// buttons as maps of "raw", "title" and "help".
+    CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, TrackedApp app,
+                    std::function<void(const QString&)> copyText, QVariantList helperActions,
+                    QObject* parent = nullptr);
+
+    const TrackedApp& app() const { return m_app; }
+    QString appName() const { return m_app.name; }
+    QVariant appBundleID() const;
+    QString filter() const;
+    void setFilter(const QString& filter);
+    bool vaultReady() const;
+    QAbstractItemModel* rows() { return &m_rows; }
+    int flatCount() const { return static_cast<int>(m_rows.entries().size()); }
+    QStringList sectionTitles() const;
+    QString scanStatus() const;
+    bool isScanning() const;
+    QVariantList helperActions() const { return m_helperActions; }
+
+    /// Flips the favourite of row `index`.
+    Q_INVOKABLE
+    void toggleFavorite(int index);
+    /// Copies `chord` to the clipboard.
+    Q_INVOKABLE
+    void copyChord(const QString& chord);
+    /// Copies the chord of row `index` of the sections as they are now; nothing when the index
+    /// is out of range.
+    Q_INVOKABLE
+    void copyChordAt(int index);
+    /// Clears the scanner's status message.
+    Q_INVOKABLE
+    void dismissScanStatus();
+
+signals:
+    void filterChanged();
+    void sectionsChanged();
+    void scanStatusChanged();
+
+private:
+    void recompute();
+
+    QPointer<VaultStore> m_store;
+    QPointer<AppMenuScanner> m_scanner;
+    TrackedApp m_app;
+    std::function<void(const QString&)> m_copyText;
+    QVariantList m_helperActions;
+    ShortcutListModel m_rows;
+};
+
+} // namespace Tessaline

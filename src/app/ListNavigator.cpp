@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "ListNavigator.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace Tessaline {
+namespace {
+
+// The keys the navigator acts on, by the key codes the vault's keyboard tables use.
+constexpr int kReturnKey = 36;
+constexpr int kKeypadEnterKey = 76;
+constexpr int kSlashKey = 44;
+constexpr int kDownArrowKey = 125;
+constexpr int kUpArrowKey = 126;
+
+int keyCodeOf(const QKeyEvent& event)
+{
+    switch (event.key()) {
+    case Qt::Key_Return:
+        return kReturnKey;
+    case Qt::Key_Enter:
+        return kKeypadEnterKey;
+    case Qt::Key_Slash:
+        return kSlashKey;
+    case Qt::Key_Down:
+        return kDownArrowKey;
+    case Qt::Key_Up:
+        return kUpArrowKey;
+    default:
+        return -1;
+    }
+}
+
+} // namespace
+
+ListNavigator::ListNavigator(QObject* parent) : QObject(parent) {}
+
+ListNavigator::~ListNavigator()
+{
+    if (m_started && qApp)
+        qApp->removeEventFilter(this);
+}
+
+void ListNavigator::setSelection(int selection)
+{
+    if (selection < 0)
+        selection = kNoSelection;
+    if (m_selection == selection)
+        return;
+    m_selection = selection;
+    emit selectionChanged();
+}
+
+void ListNavigator::syncCount(int count)
+{
+    if (m_itemCount != count) {
+        m_itemCount = count;
+        emit itemCountChanged();
+    }
+    if (count == 0)
+        setSelection(kNoSelection);
+    else if (m_selection != kNoSelection && m_selection >= count)
+        setSelection(count - 1);
+}
+
+void ListNavigator::start()
+{
+    if (m_started || !qApp)
+        return;
+    qApp->installEventFilter(this);
+    m_started = true;
+}
+
+void ListNavigator::stop()
+{
+    if (m_started && qApp)
+        qApp->removeEventFilter(this);
+    m_started = false;
+    setSelection(kNoSelection);
+}
+
+bool ListNavigator::eventFilter(QObject* watched, QEvent* event)
+{
+    // Key presses reach the focused window first; acting there keeps the event from the
+    // search field when it is consumed.
+    if (event->type() != QEvent::KeyPress || watched != QGuiApplication::focusWindow())
+        return false;
+    if (m_itemCount < 1)
+        return false;
+    if (!m_panel || QGuiApplication::focusWindow() != m_panel)
+        return false;
+    return handle(keyCodeOf(*static_cast<QKeyEvent*>(event)));
+}
+
+bool ListNavigator::handle(int keyCode)
+{
+    switch (keyCode) {
+    case kReturnKey:
+    case kKeypadEnterKey:
+        if (m_selection == kNoSelection || m_selection >= m_itemCount)
+            return false;
+        if (m_onActivate)
+            m_onActivate(m_selection);
+        emit activated(m_selection);
+        return true;
+    case kSlashKey:
+        ++m_searchFocusRequest;
+        emit searchFocusRequestChanged();
+        return true;
+    case kDownArrowKey:
+        setSelection(
+            std::min(m_itemCount - 1, (m_selection == kNoSelection ? -1 : m_selection) + 1));
+        return true;
+    case kUpArrowKey:
+        setSelection(std::max((m_selection == kNoSelection ? 0 : m_selection) - 1, 0));
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace Tessaline

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWindow>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+namespace Tessaline {
+
+/// Keyboard control of the cheat-sheet list while the HUD panel has focus: the arrow keys move
+/// the selection, Return copies the selected row's chord, "/" asks for the search field.
+/// Watches key presses application-wide and consumes only those it acts on.
+class ListNavigator : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("ListNavigator is created with each HUD panel")
+    /// Index into the HUD's flat list of rows; -1 when nothing is selected.
+    Q_PROPERTY(int selection READ selection WRITE setSelection NOTIFY selectionChanged)
+    /// Grows by one each time the search field should take focus.
+    Q_PROPERTY(int searchFocusRequest READ searchFocusRequest NOTIFY searchFocusRequestChanged)
+    Q_PROPERTY(int itemCount READ itemCount NOTIFY itemCountChanged)
+
+public:
+    static constexpr int kNoSelection = -1;
+
+    explicit ListNavigator(QObject* parent = nullptr);
+    ~ListNavigator() override;
+
+    int selection() const { return m_selection; }
+    void setSelection(int selection);
+    int searchFocusRequest() const { return m_searchFocusRequest; }
+    int itemCount() const { return m_itemCount; }
+
+    /// What Return does with the selected index.
+    void setOnActivate(std::function<void(int)> onActivate)
+    {
+        m_onActivate = std::move(onActivate);
+    }
+    /// The window whose focus enables the navigator (the HUD panel).
+    void setPanel(QWindow* panel) { m_panel = panel; }
+
+    Q_INVOKABLE
+    void syncCount(int count);
+    Q_INVOKABLE
+    void start();
+    Q_INVOKABLE
+    void stop();
+    bool isStarted() const { return m_started; }
+
+signals:
+    void selectionChanged();
+    void searchFocusRequestChanged();
+    void itemCountChanged();
+    /// Return on a selected row; the view copies that row's chord.
+    void activated(int index);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    /// True when the key press was used and must not reach anything else.
+    bool handle(int carbonKeyCode);
+
+    int m_selection = kNoSelection;
+    int m_searchFocusRequest = 0;
+    int m_itemCount = 0;
+    std::function<void(int)> m_onActivate;
+    QPointer<QWindow> m_panel;
+    bool m_started = false;
+};
+
+} // namespace Tessaline

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QtQml/qqmlregistration.h>
+
+namespace Tessaline {
+
+class AccessibilityTrust;
+class HotkeyManager;
+class HotkeyRecorder;
+class VaultStore;
+
+/// What the settings and welcome windows show and do: the hotkey (through its manager and
+/// recorder), the accessibility permission, and the vault file with import, export and reset.
+class SettingsModel : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("SettingsModel is created by the application")
+    Q_PROPERTY(QObject* hotkeyManager READ hotkeyManagerObject CONSTANT)
+    Q_PROPERTY(QObject* recorder READ recorderObject CONSTANT)
+    Q_PROPERTY(bool accessibilityEnabled READ accessibilityEnabled NOTIFY accessibilityChanged)
+    Q_PROPERTY(QString dataFilePath READ dataFilePath CONSTANT)
+    Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
+
+public:
+    SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager, AccessibilityTrust& trust,
+                  QObject* parent = nullptr);
+    ~SettingsModel() override;
+
+    QObject* hotkeyManagerObject() const;
+    QObject* recorderObject() const;
+    bool accessibilityEnabled() const { return m_accessibilityEnabled; }
+    QString dataFilePath() const;
+    QString lastError() const;
+
+    /// Looks at the permission again (it can change outside Tessaline).
+    Q_INVOKABLE
+    void refreshAccessibility();
+    /// Asks the desktop to turn accessibility on.
+    Q_INVOKABLE
+    void requestAccessibility();
+    /// Shows the vault file in the file manager.
+    Q_INVOKABLE
+    void showFile();
+    /// Asks for a JSON file and replaces the vault with it.
+    Q_INVOKABLE
+    void importJson();
+    /// Asks where to save and writes the vault there as JSON.
+    Q_INVOKABLE
+    void exportJson();
+    /// Puts the bundled pack back, at once.
+    Q_INVOKABLE
+    void resetToSeed();
+
+signals:
+    void accessibilityChanged();
+    void lastErrorChanged();
+
+private:
+    QPointer<VaultStore> m_store;
+    QPointer<HotkeyManager> m_hotkeyManager;
+    HotkeyRecorder* m_recorder = nullptr;
+    AccessibilityTrust& m_trust;
+    bool m_accessibilityEnabled = false;
+};
+
+} // namespace Tessaline

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "vault/ShortcutItem.h"
+
+#include <QAbstractListModel>
+#include <QList>
+
+namespace Tessaline {
+
+/// A flat list of shortcuts, each under a group title (a cheat-sheet section or a browser app),
+/// in display order, for the QML lists. The name is also offered highlighted for the query.
+class ShortcutListModel : public QAbstractListModel
+{
+    Q_OBJECT
+public:
+    enum Role
+    {
+        GroupRole = Qt::UserRole + 1,
+        NameRole,
+        NameHtmlRole,
+        ChordRole,
+        DetailRole,
+        FavoriteRole,
+        ScannedRole,
+    };
+
+    struct Entry
+    {
+        QString group;
+        ShortcutItem item;
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Replaces every row; `query` is the text whose matched characters are emphasised.
+    void reset(QList<Entry> entries, const QString& query);
+    const QList<Entry>& entries() const { return m_entries; }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// True for items that came from a menu scan.
+    static bool isScanned(const ShortcutItem& item);
+
+private:
+    QList<Entry> m_entries;
+    QString m_query;
+};
+
+} // namespace Tessaline

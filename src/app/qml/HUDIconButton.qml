@@ -1,0 +1,42 @@
+import QtQuick
+import QtQuick.Controls
+
+// A square symbol button of the HUD header; its tooltip is also its accessible name.
+AbstractButton {
+    id: button
+    property string systemName
+    property string help
+    property bool busy: false
+
+    implicitWidth: 30
+    implicitHeight: 30
+    hoverEnabled: true
+    focusPolicy: Qt.NoFocus
+    Accessible.name: help
+    Accessible.role: Accessible.Button
+    ToolTip.visible: hovered && help.length > 0
+    ToolTip.text: help
+    ToolTip.delay: 500
+
+    background: Rectangle {
+        radius: 7
+        color: palette.windowText
+        opacity: button.pressed ? 0.13 : 0.07
+    }
+    contentItem: Item {
+        Symbol {
+            anchors.centerIn: parent
+            name: button.systemName
+            side: 16
+            visible: !button.busy
+            opacity: button.enabled ? 1.0 : 0.4
+        }
+        BusyIndicator {
+            anchors.centerIn: parent
+            width: 16
+            height: 16
+            running: button.busy
+            visible: button.busy
+        }
+    }
+}

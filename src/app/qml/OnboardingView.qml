@@ -1,0 +1,132 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+// The welcome window shown until the user starts using Tessaline.
+Rectangle {
+    id: root
+    property var accessibility: null   // object with requestAccessibility()
+    property url logoSource: ""
+
+    signal complete()
+
+    readonly property color primary: palette.windowText
+    implicitWidth: 600
+    implicitHeight: 500
+    color: palette.window
+
+    Keys.onReturnPressed: root.complete()
+    Keys.onEnterPressed: root.complete()
+    Component.onCompleted: forceActiveFocus()
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 20
+        spacing: 12
+
+        RowLayout {
+            spacing: 14
+            Item {
+                Layout.preferredWidth: 58
+                Layout.preferredHeight: 58
+                Image {
+                    id: logo
+                    anchors.fill: parent
+                    source: root.logoSource
+                    fillMode: Image.PreserveAspectFit
+                    visible: status === Image.Ready
+                }
+                Symbol {
+                    anchors.centerIn: parent
+                    side: 48
+                    name: "keyboard"
+                    visible: logo.status !== Image.Ready
+                }
+            }
+            ColumnLayout {
+                spacing: 2
+                Label {
+                    text: "Tessaline for Jorvo"
+                    font.pixelSize: 22
+                    font.bold: true
+                    Accessible.name: text
+                }
+                Label {
+                    text: "A tiny Mac coach for shortcuts you actually use."
+                    font.pixelSize: 13
+                    color: Qt.rgba(root.primary.r, root.primary.g, root.primary.b, 0.62)
+                    Accessible.name: text
+                }
+            }
+        }
+
+        Flickable {
+            id: rows
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            contentHeight: rowColumn.implicitHeight
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar { policy: rows.contentHeight > rows.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded }
+
+        ColumnLayout {
+            id: rowColumn
+            width: rows.width - 14
+            spacing: 10
+            OnboardingRow {
+                icon: "menubar.rectangle"
+                title: "Start from the menu bar"
+                text: "Click the Tessaline icon to open the cheat sheet for the app you were just using."
+            }
+            OnboardingRow {
+                icon: "lightbulb.fill"
+                title: "Gentle tips, not interruptions"
+                text: "When Tessaline notices a useful moment, it can show a small tip and then get out of the way."
+            }
+            OnboardingRow {
+                icon: "text.viewfinder"
+                title: "Scan the app you're using"
+                text: "If an app is not in the vault yet, click Scan Menus to pull in its menu shortcuts automatically."
+            }
+            OnboardingRow {
+                icon: "rectangle.grid.1x2"
+                title: "Search across every app"
+                text: "Use Browse All Shortcuts when you remember the action but not which app or menu it came from."
+            }
+            OnboardingRow {
+                icon: "square.stack.3d.up"
+                title: "Build the vault from open apps"
+                text: "Open the apps Jorvo uses, choose Scan Open Apps, and Tessaline will collect menu shortcuts it can read."
+            }
+            OnboardingRow {
+                icon: "text.badge.checkmark"
+                title: "Quick text helpers"
+                text: "Use helper actions for bullets, checklists, dividers, and plain-text paste in Notes or Stickies."
+            }
+            OnboardingRow {
+                icon: "archivebox.fill"
+                title: "Unsigned zip note"
+                text: "If macOS blocks the app after unzipping, right-click Tessaline and choose Open once."
+            }
+        }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 10
+            Item { Layout.fillWidth: true }
+            Button {
+                text: "Open Accessibility Settings"
+                Accessible.name: text
+                onClicked: if (root.accessibility) root.accessibility.requestAccessibility()
+            }
+            Button {
+                objectName: "startButton"
+                text: "Start using Tessaline"
+                highlighted: true
+                Accessible.name: text
+                onClicked: root.complete()
+            }
+        }
+    }
+}

@@ -1,0 +1,182 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+// The settings window: the HUD hotkey, the accessibility permission and the shortcut pack file.
+Rectangle {
+    id: root
+    required property var model   // SettingsModel
+
+    readonly property color primary: palette.windowText
+    readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
+
+    implicitWidth: 560
+    implicitHeight: 520
+    color: palette.window
+
+    Timer {
+        // The permission can change outside Tessaline; look again while the window is open.
+        interval: 1500
+        running: true
+        repeat: true
+        onTriggered: root.model.refreshAccessibility()
+    }
+
+    Flickable {
+        anchors.fill: parent
+        contentHeight: column.implicitHeight + 48
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        ScrollBar.vertical: ScrollBar {}
+
+        ColumnLayout {
+            id: column
+            x: 24
+            y: 24
+            width: root.width - 48
+            spacing: 18
+
+            ColumnLayout {
+                spacing: 4
+                Label {
+                    text: "Tessaline Settings"
+                    font.pixelSize: 22
+                    Accessible.name: text
+                }
+                Label {
+                    Layout.fillWidth: true
+                    text: "Keep the menu bar as the main entry point, and let Jorvo opt into a hotkey when he is ready."
+                    font.pixelSize: 13
+                    color: root.secondary
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+            }
+
+            SettingsCard {
+                title: "HUD Hotkey"
+                systemImage: "keyboard.badge.ellipsis"
+                CheckBox {
+                    objectName: "hotkeyToggle"
+                    text: "Enable custom HUD hotkey"
+                    checked: root.model.hotkeyManager.isEnabled
+                    onToggled: root.model.hotkeyManager.isEnabled = checked
+                    Accessible.name: text
+                }
+                Label {
+                    Layout.fillWidth: true
+                    text: "Click the recorder, then press the shortcut Jorvo wants to use."
+                    font.pixelSize: 12
+                    color: root.secondary
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+                RowLayout {
+                    spacing: 10
+                    HotkeyRecorderView {
+                        objectName: "hotkeyRecorder"
+                        recorder: root.model.recorder
+                        Layout.preferredWidth: 210
+                        Layout.preferredHeight: 42
+                    }
+                    Button {
+                        text: "Disable"
+                        enabled: root.model.hotkeyManager.isEnabled
+                        Accessible.name: text
+                        onClicked: root.model.hotkeyManager.disable()
+                    }
+                }
+                Label {
+                    objectName: "registrationMessage"
+                    visible: root.model.hotkeyManager.hasRegistrationMessage
+                    Layout.fillWidth: true
+                    text: root.model.hotkeyManager.registrationMessage
+                    font.pixelSize: 12
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+            }
+
+            SettingsCard {
+                title: "Permissions"
+                systemImage: "hand.raised.fill"
+                Label {
+                    Layout.fillWidth: true
+                    text: "Needed for menu scanning, helper paste actions, and passive coach tips. The curated cheat sheet still works from the menu bar without it."
+                    font.pixelSize: 12
+                    color: root.secondary
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+                RowLayout {
+                    spacing: 6
+                    Symbol {
+                        name: root.model.accessibilityEnabled ? "checkmark.circle.fill"
+                                                              : "exclamationmark.triangle.fill"
+                        tint: root.model.accessibilityEnabled ? "#2fa84f" : "#e8870e"
+                    }
+                    Label {
+                        objectName: "accessibilityStatus"
+                        text: root.model.accessibilityEnabled ? "Accessibility is enabled"
+                                                              : "Accessibility is not enabled"
+                        color: root.model.accessibilityEnabled ? "#2fa84f" : "#e8870e"
+                        Accessible.name: text
+                    }
+                }
+                Button {
+                    text: "Open Accessibility Settings"
+                    Accessible.name: text
+                    onClicked: root.model.requestAccessibility()
+                }
+            }
+
+            SettingsCard {
+                title: "Shortcut Pack"
+                systemImage: "tray.full.fill"
+                Label {
+                    objectName: "dataFilePath"
+                    Layout.fillWidth: true
+                    text: root.model.dataFilePath
+                    font.family: "monospace"
+                    font.pixelSize: 11
+                    wrapMode: Text.WrapAnywhere
+                    Accessible.name: text
+                }
+                Label {
+                    objectName: "lastError"
+                    visible: root.model.lastError.length > 0
+                    Layout.fillWidth: true
+                    text: root.model.lastError
+                    color: "#d33a2c"
+                    font.pixelSize: 12
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+                Flow {
+                    Layout.fillWidth: true
+                    spacing: 8
+                    Button {
+                        text: "Show File"
+                        Accessible.name: text
+                        onClicked: root.model.showFile()
+                    }
+                    Button {
+                        text: "Import JSON"
+                        Accessible.name: text
+                        onClicked: root.model.importJson()
+                    }
+                    Button {
+                        text: "Export JSON"
+                        Accessible.name: text
+                        onClicked: root.model.exportJson()
+                    }
+                    Button {
+                        text: "Reset to Jorvo Pack"
+                        Accessible.name: text
+                        onClicked: root.model.resetToSeed()
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,133 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+// One shortcut of the cheat sheet: star, highlighted name with its detail line, chord keycap.
+// Its fields come from the roles of the cheat sheet's row model.
+Rectangle {
+    id: row
+    required property int index
+    required property string name
+    required property string nameHtml
+    required property string chord
+    required property string detail
+    required property bool favorite
+    required property bool scanned
+    property bool isSelected: false
+
+    signal toggleFavorite()
+    signal copyChord()
+
+    readonly property color primary: palette.windowText
+    readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
+    readonly property color accent: palette.highlight
+
+    implicitHeight: content.implicitHeight + 18
+    radius: 8
+    color: isSelected ? Qt.rgba(accent.r, accent.g, accent.b, 0.16)
+                      : Qt.rgba(primary.r, primary.g, primary.b, 0.04)
+    border.color: isSelected ? Qt.rgba(accent.r, accent.g, accent.b, 0.7)
+                             : Qt.rgba(primary.r, primary.g, primary.b, 0.045)
+    border.width: isSelected ? 1.5 : 1
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name + ", " + chord
+    Accessible.selected: isSelected
+
+    RowLayout {
+        id: content
+        anchors.fill: parent
+        anchors.leftMargin: 10
+        anchors.rightMargin: 10
+        anchors.topMargin: 9
+        anchors.bottomMargin: 9
+        spacing: 10
+
+        AbstractButton {
+            objectName: "starButton"
+            implicitWidth: 20
+            implicitHeight: 20
+            focusPolicy: Qt.NoFocus
+            hoverEnabled: true
+            readonly property string help: row.favorite ? "Remove from favorites" : "Add to favorites"
+            Accessible.name: help
+            ToolTip.visible: hovered
+            ToolTip.text: help
+            ToolTip.delay: 500
+            contentItem: Symbol {
+                name: row.favorite ? "star.fill" : "star"
+                tint: row.favorite ? "#f5b400" : row.secondary
+            }
+            onClicked: row.toggleFavorite()
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+            RowLayout {
+                spacing: 6
+                Layout.fillWidth: true
+                Label {
+                    objectName: "rowName"
+                    text: row.nameHtml
+                    textFormat: Text.StyledText
+                    font.pixelSize: 13
+                    font.weight: Font.Medium
+                    elide: Text.ElideRight
+                    Layout.fillWidth: !scannedBadge.visible
+                    Accessible.name: row.name
+                }
+                Label {
+                    id: scannedBadge
+                    visible: row.scanned
+                    text: "scanned"
+                    font.pixelSize: 10
+                    font.weight: Font.DemiBold
+                    color: row.secondary
+                    leftPadding: 6
+                    rightPadding: 6
+                    topPadding: 1
+                    bottomPadding: 1
+                    background: Rectangle {
+                        radius: height / 2
+                        color: Qt.rgba(row.primary.r, row.primary.g, row.primary.b, 0.06)
+                    }
+                    Accessible.name: text
+                }
+                Item { Layout.fillWidth: scannedBadge.visible }
+            }
+            Label {
+                text: row.detail
+                color: row.secondary
+                font.pixelSize: 12
+                elide: Text.ElideRight
+                Layout.fillWidth: true
+                Accessible.name: text
+            }
+        }
+        AbstractButton {
+            id: keycap
+            objectName: "chordButton"
+            focusPolicy: Qt.NoFocus
+            hoverEnabled: true
+            Accessible.name: "Copy shortcut"
+            Accessible.description: row.chord
+            ToolTip.visible: hovered
+            ToolTip.text: "Copy shortcut"
+            ToolTip.delay: 500
+            leftPadding: 9
+            rightPadding: 9
+            topPadding: 6
+            bottomPadding: 6
+            contentItem: Label {
+                text: row.chord
+                font.family: "monospace"
+                font.pixelSize: 12
+                font.weight: Font.DemiBold
+            }
+            background: Rectangle {
+                radius: 6
+                color: Qt.rgba(row.primary.r, row.primary.g, row.primary.b, keycap.pressed ? 0.16 : 0.08)
+            }
+            onClicked: row.copyChord()
+        }
+    }
+}
