@@ -11,7 +11,7 @@
 namespace Tessaline {
 namespace {
 
-struct WindowSpec
+struct WindowLayout
 {
     const char* view;
     const char* title;
@@ -21,7 +21,7 @@ struct WindowSpec
     bool minimizable;
 };
 
-WindowSpec windowSpec(AppWindowPresenter::Kind kind)
+WindowLayout windowLayout(AppWindowPresenter::Kind kind)
 {
     switch (kind) {
     case AppWindowPresenter::Kind::Settings:
@@ -84,24 +84,24 @@ QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
         return current.window;
     }
 
-    const WindowSpec spec = windowSpec(kind);
+    const WindowLayout layout = windowLayout(kind);
     auto* view = new QQuickView(&m_engine, nullptr);
     Qt::WindowFlags flags =
         Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
-    if (spec.minimizable)
+    if (layout.minimizable)
         flags |= Qt::WindowMinimizeButtonHint;
     view->setFlags(flags);
-    view->setTitle(QString::fromUtf8(spec.title));
+    view->setTitle(QString::fromUtf8(layout.title));
     view->setResizeMode(QQuickView::SizeRootObjectToView);
     view->setInitialProperties(properties);
     view->setSource(
-        QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(spec.view))));
-    view->resize(spec.width, spec.height);
-    if (!spec.resizable) {
+        QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(layout.view))));
+    view->resize(layout.width, layout.height);
+    if (!layout.resizable) {
         view->setMinimumSize(view->size());
         view->setMaximumSize(view->size());
     } else {
-        view->setMinimumSize(QSize(spec.width / 2, spec.height / 2));
+        view->setMinimumSize(QSize(layout.width / 2, layout.height / 2));
     }
     centerOnScreen(*view);
 
