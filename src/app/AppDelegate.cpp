@@ -15,11 +15,14 @@
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Clipboard.h"
 #include "platform/Workspace.h"
+#include "platform/x11/X11TaskbarHint.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
 #include "vault/VaultStore.h"
 
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QLoggingCategory>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QIcon>
@@ -30,6 +33,9 @@
 #include <QUrl>
 
 #include <cmath>
+
+// Timings of the HUD, quiet unless QT_LOGGING_RULES enables them (the benchmarks do).
+Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
@@ -131,6 +137,8 @@ void AppDelegate::toggleHUD()
 
 void AppDelegate::showHUD()
 {
+    QElapsedTimer sinceRequest;
+    sinceRequest.start();
     m_frontmostAppTracker->accept(m_platform.workspace.frontmostApplication());
     const TrackedApp app = m_frontmostAppTracker->current();
 
@@ -153,8 +161,16 @@ void AppDelegate::showHUD()
         connect(root, SIGNAL(helperAction(QString)), this, SLOT(helperActionChosen(QString)));
     }
 
+    connect(
+        panel, &QQuickWindow::frameSwapped, panel,
+        [sinceRequest] {
+            qCDebug(lcHudTiming, "first frame %.2f ms after the request",
+                    static_cast<double>(sinceRequest.nsecsElapsed()) / 1e6);
+        },
+        Qt::SingleShotConnection);
     center(*panel);
     panel->show();
+    X11TaskbarHint::skipTaskbar(*panel);
     panel->raise();
     panel->requestActivate();
 

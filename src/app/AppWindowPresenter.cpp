@@ -94,7 +94,8 @@ QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
     view->setTitle(QString::fromUtf8(spec.title));
     view->setResizeMode(QQuickView::SizeRootObjectToView);
     view->setInitialProperties(properties);
-    view->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(spec.view))));
+    view->setSource(
+        QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(QLatin1String(spec.view))));
     view->resize(spec.width, spec.height);
     if (!spec.resizable) {
         view->setMinimumSize(view->size());

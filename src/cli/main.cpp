@@ -1,10 +1,28 @@
 // SPDX-License-Identifier: MIT
+#include "ScanCommands.h"
+#include "VaultCli.h"
+#include "VaultCommands.h"
+
 #include <QCoreApplication>
-#include <QTextStream>
+#include <QGuiApplication>
+
+#include <memory>
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
-    QTextStream(stdout) << "tessaline-vault: not built yet\n";
-    return 1;
+    // Scanning looks at the desktop's windows through Qt's display connection; every other
+    // command works without a display.
+    std::unique_ptr<QCoreApplication> app;
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    if (Tessaline::scanCommandRequested(arguments) && qEnvironmentVariableIsSet("DISPLAY"))
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    else
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tessaline-vault"));
+    Tessaline::VaultCli cli;
+    Tessaline::addVaultCommands(cli);
+    Tessaline::addScanCommands(cli);
+    return cli.run(QCoreApplication::arguments().mid(1));
 }

@@ -118,6 +118,8 @@ void reportPanel(const CoachTipController& controller, const CoachTipPanelPresen
     }
 }
 
+int run(QGuiApplication& app, double clockOffset, bool showOwnWindow);
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -138,8 +140,20 @@ int main(int argc, char** argv)
     QObject::connect(&terminate, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
     std::signal(SIGTERM, onTerminate);
 
+    const int status =
+        run(app, parser.value(offsetOption).toDouble(), parser.isSet(ownWindowOption));
+    // Windows and textures of closed panels go with deferred deletes: let them run before the
+    // application object goes.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return status;
+}
+
+namespace {
+
+int run(QGuiApplication& app, double clockOffset, bool showOwnWindow)
+{
     DefaultsStore defaults;
-    OffsetClock clock(parser.value(offsetOption).toDouble());
+    OffsetClock clock(clockOffset);
     TimerScheduler scheduler;
     XInputKeyMonitor x11Monitor;
     ReportingMonitor monitor(x11Monitor);
@@ -165,7 +179,7 @@ int main(int argc, char** argv)
                      });
 
     OwnWindow ownWindow;
-    if (parser.isSet(ownWindowOption)) {
+    if (showOwnWindow) {
         ownWindow.setTitle(QStringLiteral("coach-driver-own-window"));
         ownWindow.setGeometry(100, 100, 300, 200);
         ownWindow.show();
@@ -182,3 +196,5 @@ int main(int argc, char** argv)
     defaults.sync();
     return status;
 }
+
+} // namespace

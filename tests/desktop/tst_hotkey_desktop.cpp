@@ -129,6 +129,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void enabledHotkeyTogglesAndDisabledDoesNothing();
     void takenCombinationFailsQuietlyAndAnotherWorks();
+    void releasesReachTheKeyUpHandler();
 
 private:
     void settle() { QTest::qWait(300); }
@@ -194,17 +195,31 @@ void tst_hotkey_desktop::enabledHotkeyTogglesAndDisabledDoesNothing()
     QTRY_COMPARE_WITH_TIMEOUT(other.modifierState() & (XCB_MOD_MASK_2 | XCB_MOD_MASK_LOCK), 0,
                               3000);
 
+    // Holding the chord long enough for the key to repeat still toggles once.
+    QVERIFY(xdotool({QStringLiteral("keydown"), QStringLiteral("ctrl+alt+super+k")}));
+    QTest::qWait(1500);
+    QVERIFY(xdotool({QStringLiteral("keyup"), QStringLiteral("ctrl+alt+super+k")}));
+    settle();
+    QCOMPARE(m_toggles, 5);
+    // Letting the modifiers go before the key still ends the press.
+    QVERIFY(xdotool({QStringLiteral("keydown"), QStringLiteral("ctrl+alt+super+k")}));
+    QVERIFY(xdotool({QStringLiteral("keyup"), QStringLiteral("ctrl+alt+super")}));
+    QVERIFY(xdotool({QStringLiteral("keyup"), QStringLiteral("k")}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_toggles, 6, 3000);
+    QVERIFY(pressKeys("ctrl+alt+super+k"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_toggles, 7, 3000);
+
     // Other modifiers make another chord: nothing happens.
     QVERIFY(pressKeys("ctrl+alt+k"));
     QVERIFY(pressKeys("ctrl+alt+super+shift+k"));
     settle();
-    QCOMPARE(m_toggles, 4);
+    QCOMPARE(m_toggles, 7);
 
     m_manager->setEnabled(false);
     QVERIFY(!m_manager->hotKey());
     QVERIFY(pressKeys("ctrl+alt+super+k"));
     settle();
-    QCOMPARE(m_toggles, 4);
+    QCOMPARE(m_toggles, 7);
 
     // Every variant was given back: another client can now grab each of them.
     for (int locks : {0, int(XCB_MOD_MASK_2), int(XCB_MOD_MASK_LOCK),
@@ -247,6 +262,38 @@ void tst_hotkey_desktop::takenCombinationFailsQuietlyAndAnotherWorks()
     QVERIFY(pressKeys("ctrl+alt+super+l"));
     QTRY_COMPARE_WITH_TIMEOUT(m_toggles, 1, 3000);
     m_manager->setEnabled(false);
+}
+
+void tst_hotkey_desktop::releasesReachTheKeyUpHandler()
+{
+    int downs = 0;
+    int ups = 0;
+    auto hotKey = HotKey::HotKey::create(
+        HotKey::KeyCombo(32, 0x1000 | 0x800), [&] { ++downs; }, [&] { ++ups; }); // ⌃⌥U
+    QVERIFY(HotKey::HotKeysController::box(*hotKey)->carbonEventHotKey.has_value());
+
+    QVERIFY(xdotool({QStringLiteral("keydown"), QStringLiteral("ctrl+alt+u")}));
+    QTRY_COMPARE_WITH_TIMEOUT(downs, 1, 3000);
+    QCOMPARE(ups, 0);
+    QTest::qWait(1200); // long enough for the key to repeat
+    QCOMPARE(downs, 1);
+    QCOMPARE(ups, 0);
+    QVERIFY(xdotool({QStringLiteral("keyup"), QStringLiteral("u")}));
+    QTRY_COMPARE_WITH_TIMEOUT(ups, 1, 3000);
+    QVERIFY(xdotool({QStringLiteral("keyup"), QStringLiteral("ctrl+alt")}));
+    settle();
+    QCOMPARE(downs, 1);
+    QCOMPARE(ups, 1);
+
+    // A paused hot key gives its key back.
+    hotKey->setPaused(true);
+    QVERIFY(pressKeys("ctrl+alt+u"));
+    settle();
+    QCOMPARE(downs, 1);
+    hotKey->setPaused(false);
+    QVERIFY(pressKeys("ctrl+alt+u"));
+    QTRY_COMPARE_WITH_TIMEOUT(ups, 2, 3000);
+    QCOMPARE(downs, 2);
 }
 
 QTEST_MAIN(tst_hotkey_desktop)

@@ -27,32 +27,35 @@ constexpr int kCornerRadius = 12;
 class SymbolImageProvider final : public QQuickImageProvider
 {
 public:
-    SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Pixmap) {}
+    SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
 
-    QPixmap requestPixmap(const QString&, QSize* size, const QSize& requestedSize) override
+    QImage requestImage(const QString&, QSize* size, const QSize& requestedSize) override
     {
         const QSize target = requestedSize.isValid() ? requestedSize : QSize(48, 48);
         QIcon icon = QIcon::fromTheme(QLatin1String(CoachTipPanelPresenter::kSymbolIconName));
-        QPixmap pixmap = icon.isNull() ? QPixmap() : icon.pixmap(target);
-        if (pixmap.isNull())
-            pixmap = QIcon(kFallbackSymbol).pixmap(target);
-        if (pixmap.isNull()) {
-            // Without an SVG reader: a plain yellow disc, so the place is never blank.
-            pixmap = QPixmap(target);
-            pixmap.fill(Qt::transparent);
-            QPainter painter(&pixmap);
+        if (icon.isNull() || icon.availableSizes().isEmpty())
+            icon = QIcon(kFallbackSymbol);
+        QImage image(target, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        {
+            QPainter painter(&image);
             painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Qt::white);
-            painter.drawEllipse(pixmap.rect().adjusted(4, 4, -4, -4));
+            const QPixmap pixmap = icon.pixmap(target);
+            if (!pixmap.isNull()) {
+                painter.drawPixmap(image.rect(), pixmap);
+            } else {
+                // Without an SVG reader: a plain disc, so the place is never blank.
+                painter.setPen(Qt::NoPen);
+                painter.setBrush(Qt::white);
+                painter.drawEllipse(image.rect().adjusted(4, 4, -4, -4));
+            }
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(image.rect(), QColor(0xf5, 0xc2, 0x11));
         }
-        QPainter painter(&pixmap);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(pixmap.rect(), QColor(0xf5, 0xc2, 0x11));
-        painter.end();
         if (size)
-            *size = pixmap.size();
-        return pixmap;
+            *size = image.size();
+        // A copy without the painter's engine attached to it.
+        return image.copy();
     }
 };
 

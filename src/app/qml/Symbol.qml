@@ -1,7 +1,7 @@
 import QtQuick
 
 // One of the interface's symbols, drawn from the icon theme or the bundled set and tinted.
-Image {
+Item {
     id: symbol
     property string name
     property color tint: palette.windowText
@@ -9,14 +9,16 @@ Image {
 
     readonly property string tintHex: tint.toString().replace("#", "").slice(-6)
 
-    width: side
-    height: side
     implicitWidth: side
     implicitHeight: side
-    sourceSize.width: side * 2
-    sourceSize.height: side * 2
-    fillMode: Image.PreserveAspectFit
-    source: name.length > 0 ? "image://symbol/" + name + "?color=" + tintHex : ""
-    smooth: true
     Accessible.ignored: true
+
+    Image {
+        anchors.fill: parent
+        sourceSize.width: symbol.side * 2
+        sourceSize.height: symbol.side * 2
+        fillMode: Image.PreserveAspectFit
+        source: symbol.name.length > 0 ? "image://symbol/" + symbol.name + "?color=" + symbol.tintHex : ""
+        smooth: true
+    }
 }

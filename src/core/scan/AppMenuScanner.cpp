@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <limits>
 
 namespace Tessaline {
 
@@ -27,6 +28,13 @@ int checkedAdd(int a, int b)
     if (__builtin_add_overflow(a, b, &sum))
         qFatal("AppMenuScanner: counter overflow");
     return sum;
+}
+
+int toCount(qsizetype value)
+{
+    if (value < 0 || value > std::numeric_limits<int>::max())
+        qFatal("AppMenuScanner: count out of range");
+    return static_cast<int>(value);
 }
 
 QString number(int value)
@@ -158,7 +166,8 @@ void AppMenuScanner::runCurrentAppScan(const TrackedApp& app, VaultStore* store)
     }
     const ScanResult& result = std::get<ScanResult>(outcome);
     const int n = static_cast<int>(result.shortcuts.size());
-    const int added = store ? store->mergeScannedShortcuts(result.shortcuts, result.app) : 0;
+    const int added =
+        store ? toCount(store->mergeScannedShortcuts(result.shortcuts, result.app)) : 0;
     const QString& name = result.app.name;
     if (n == 0) {
         setStatusText(QStringLiteral("No menu shortcuts found for ") + name + QStringLiteral("."));
@@ -220,7 +229,9 @@ void AppMenuScanner::scanNextOpenApp(std::shared_ptr<OpenAppsRun> run)
         if (const auto* result = std::get_if<ScanResult>(&outcome)) {
             const int count = static_cast<int>(result->shortcuts.size());
             const int added =
-                run->store ? run->store->mergeScannedShortcuts(result->shortcuts, result->app) : 0;
+                run->store
+                    ? toCount(run->store->mergeScannedShortcuts(result->shortcuts, result->app))
+                    : 0;
             run->scanned = checkedAdd(run->scanned, 1);
             run->found = checkedAdd(run->found, count);
             run->added = checkedAdd(run->added, added);

@@ -86,6 +86,31 @@ std::optional<QDBusConnection> connection()
     return connection;
 }
 
+namespace {
+const QString kPeerPrefix = QStringLiteral("tessaline-accessibility-peer:");
+}
+
+std::optional<QDBusConnection> peerConnection(const QString& address)
+{
+    registerTypes();
+    const QString name = kPeerPrefix + address;
+    QDBusConnection existing(name);
+    if (existing.isConnected())
+        return existing;
+    QDBusConnection::disconnectFromPeer(name);
+    QDBusConnection connection = QDBusConnection::connectToPeer(address, name);
+    if (!connection.isConnected()) {
+        QDBusConnection::disconnectFromPeer(name);
+        return std::nullopt;
+    }
+    return connection;
+}
+
+bool isPeerConnection(const QDBusConnection& connection)
+{
+    return connection.name().startsWith(kPeerPrefix);
+}
+
 } // namespace AtspiBus
 
 } // namespace Tessaline

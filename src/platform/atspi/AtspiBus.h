@@ -53,6 +53,11 @@ namespace AtspiBus {
 std::optional<QString> address();
 /// A connection to the accessibility bus, opened once per process and kept.
 std::optional<QDBusConnection> connection();
+/// A direct connection to an application's own D-Bus server (its "application bus address"),
+/// opened once per address and kept while it stays connected.
+std::optional<QDBusConnection> peerConnection(const QString& address);
+/// True for connections made by peerConnection(), which address no bus names.
+bool isPeerConnection(const QDBusConnection& connection);
 /// Registers the D-Bus types used by the accessibility calls.
 void registerTypes();
 

@@ -36,6 +36,10 @@ public:
     const QList<Node>& nodes() const { return m_nodes; }
 
 private:
+    static std::optional<QDBusConnection>
+    peerConnection(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
+    static std::optional<AtspiMenuSnapshot>
+    readOver(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
     static std::optional<AtspiReference> matchMenuBar(const QDBusConnection& bus,
                                                       const AtspiReference& application,
                                                       int timeoutMs, bool& unanswered);

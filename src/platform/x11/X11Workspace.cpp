@@ -81,6 +81,7 @@ bool X11Workspace::nativeEventFilter(const QByteArray& eventType, void* message,
     const auto* notify = reinterpret_cast<const xcb_property_notify_event_t*>(event);
     if (notify->window != m_properties->root() || notify->atom != m_properties->activeWindowAtom())
         return false;
+    qCDebug(lcX11) << "active window property changed";
     // Read the new value after the filter returns; bursts (the window manager clears the
     // property between two windows) collapse into one read.
     if (!m_checkPending) {
@@ -94,6 +95,7 @@ void X11Workspace::checkActiveWindow()
 {
     m_checkPending = false;
     const quint32 active = m_properties->activeWindow();
+    qCDebug(lcX11) << "active window" << Qt::hex << active << "last" << m_lastActive;
     if (active == XCB_WINDOW_NONE || active == m_lastActive)
         return;
     m_lastActive = active;

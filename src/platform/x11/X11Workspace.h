@@ -32,6 +32,7 @@ public:
 
     std::optional<RunningApplication> frontmostApplication() const override;
     QList<RunningApplication> runningApplications() const override;
+    using Workspace::runningApplications;
     bool activate(const RunningApplication& application) override;
 
 private:

@@ -159,8 +159,12 @@ void XInputKeyMonitor::stop()
     if (!m_running)
         return;
     m_running = false;
-    if (QCoreApplication* app = QCoreApplication::instance())
-        app->removeNativeEventFilter(this);
+    // Qt's connection lives as long as the application object: without it there is nothing
+    // left to deselect.
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!app)
+        return;
+    app->removeNativeEventFilter(this);
     selectRawKeys(false);
 }
 

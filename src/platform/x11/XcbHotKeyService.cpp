@@ -4,11 +4,13 @@
 #include "platform/x11/XcbHotKeyKeysyms.h"
 #include "platform/x11/XcbHotKeySystemCombos.h"
 
+#include <hotkey/HotKeysController.h>
 #include <hotkey/ModifierFlags.h>
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QTimer>
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
@@ -84,8 +86,13 @@ private:
     XcbHotKeyService& m_service;
 };
 
-XcbHotKeyService::XcbHotKeyService() : m_filter(std::make_unique<Filter>(*this))
+XcbHotKeyService::XcbHotKeyService()
+    : m_filter(std::make_unique<Filter>(*this)), m_releaseTimer(std::make_unique<QTimer>())
 {
+    m_releaseTimer->setSingleShot(true);
+    m_releaseTimer->setInterval(0);
+    QObject::connect(m_releaseTimer.get(), &QTimer::timeout, [this] { flushPendingRelease(); });
+
     // Use X11 only when Qt itself runs on it, so that other sessions degrade quietly.
     if (qGuiApp == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
@@ -104,6 +111,9 @@ XcbHotKeyService::XcbHotKeyService() : m_filter(std::make_unique<Filter>(*this))
 
 XcbHotKeyService::~XcbHotKeyService()
 {
+    // Hot keys that outlive this service must not reach it.
+    if (HotKey::HotKeysController::service() == this)
+        HotKey::HotKeysController::setService(nullptr);
     for (const auto& [reference, grab] : m_grabs)
         ungrab(grab);
     m_grabs.clear();
@@ -169,9 +179,9 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
         xcb_void_cookie_t cookie;
     };
     QList<Pending> pending;
-    const QList<quint16> variants = lockVariants();
+    grab.lockVariants = lockVariants();
     for (quint8 keycode : grab.keycodes) {
-        for (quint16 variant : variants) {
+        for (quint16 variant : grab.lockVariants) {
             const quint16 modifiers = grab.modifiers | variant;
             pending.append({keycode, modifiers,
                             xcb_grab_key_checked(m_connection, 1, m_root, modifiers, keycode,
@@ -205,11 +215,11 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
 
 void XcbHotKeyService::ungrab(const Grab& grab)
 {
-    if (m_connection == nullptr)
+    // Qt's connection lives as long as the application object.
+    if (m_connection == nullptr || QCoreApplication::instance() == nullptr)
         return;
-    const QList<quint16> variants = lockVariants();
     for (quint8 keycode : grab.keycodes) {
-        for (quint16 variant : variants)
+        for (quint16 variant : grab.lockVariants)
             xcb_ungrab_key(m_connection, keycode, m_root, quint16(grab.modifiers | variant));
     }
     xcb_flush(m_connection);
@@ -259,22 +269,74 @@ bool XcbHotKeyService::handleNativeEvent(void* message)
     const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event);
     if (key->event != m_root)
         return false;
+    const bool pressed = type == XCB_KEY_PRESS;
     const quint16 modifiers = key->state & kRelevantModifiers;
+
+    // A press belongs to the grab of its key and modifiers; a release to the grab of its key
+    // that is down, whatever modifiers were let go before it.
+    std::optional<Reference> match;
     for (const auto& [reference, grab] : m_grabs) {
-        if (grab.modifiers != modifiers || !grab.keycodes.contains(key->detail))
-            continue;
-        if (m_handler) {
-            const HotKey::HotKeyEvent hotKeyEvent{type == XCB_KEY_PRESS
-                                                      ? HotKey::HotKeyEvent::pressed
-                                                      : HotKey::HotKeyEvent::released,
-                                                  grab.id, HotKey::Status::noError};
-            // Copy the handler: it may unregister hot keys and so change the grabs.
-            const EventHandler handler = m_handler;
-            handler(&hotKeyEvent);
+        if (grab.keycodes.contains(key->detail) &&
+            (pressed ? grab.modifiers == modifiers : grab.isDown)) {
+            match = reference;
+            break;
+        }
+    }
+    if (!match)
+        return false;
+
+    if (!pressed) {
+        flushPendingRelease();
+        if (m_grabs.count(*match) != 0) {
+            m_pendingRelease = PendingRelease{*match, key->time};
+            m_releaseTimer->start();
         }
         return true;
     }
-    return false;
+    if (m_pendingRelease && m_pendingRelease->reference == *match &&
+        m_pendingRelease->time == key->time) {
+        // A key repeat: neither its release nor its press counts.
+        m_pendingRelease.reset();
+        m_releaseTimer->stop();
+        return true;
+    }
+    flushPendingRelease();
+    const auto it = m_grabs.find(*match);
+    // With detectable key repeat a held key sends presses only: one press until the release.
+    if (it == m_grabs.end() || it->second.isDown)
+        return true;
+    it->second.isDown = true;
+    // A repeat whose release was already delivered, when the pair came in separate batches.
+    if (it->second.lastReleaseTime == key->time)
+        return true;
+    deliver(it->second, HotKey::HotKeyEvent::pressed);
+    return true;
+}
+
+void XcbHotKeyService::flushPendingRelease()
+{
+    if (!m_pendingRelease)
+        return;
+    const Reference reference = m_pendingRelease->reference;
+    const quint32 time = m_pendingRelease->time;
+    m_pendingRelease.reset();
+    m_releaseTimer->stop();
+    const auto it = m_grabs.find(reference);
+    if (it == m_grabs.end())
+        return;
+    it->second.isDown = false;
+    it->second.lastReleaseTime = time;
+    deliver(it->second, HotKey::HotKeyEvent::released);
+}
+
+void XcbHotKeyService::deliver(const Grab& grab, quint32 kind)
+{
+    if (!m_handler)
+        return;
+    const HotKey::HotKeyEvent event{kind, grab.id, HotKey::Status::noError};
+    // Copy the handler: it may unregister hot keys and so change the grabs.
+    const EventHandler handler = m_handler;
+    handler(&event);
 }
 
 } // namespace Tessaline

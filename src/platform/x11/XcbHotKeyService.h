@@ -7,7 +7,9 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
+class QTimer;
 struct xcb_connection_t;
 
 namespace Tessaline {
@@ -47,9 +49,23 @@ private:
         HotKey::HotKeyId id;
         QList<quint8> keycodes;
         quint16 modifiers = 0;
+        /// The lock modifiers (none, CapsLock, NumLock, both) the key was grabbed with.
+        QList<quint16> lockVariants;
+        /// Between a press and its release; further presses meanwhile are key repeats.
+        bool isDown = false;
+        /// Server time of the last release delivered, to know a repeat's press by it.
+        std::optional<quint32> lastReleaseTime;
+    };
+
+    struct PendingRelease
+    {
+        Reference reference;
+        quint32 time;
     };
 
     bool handleNativeEvent(void* message);
+    void deliver(const Grab& grab, quint32 kind);
+    void flushPendingRelease();
     QList<quint16> lockVariants() const;
     void ungrab(const Grab& grab);
     void updateFilter();
@@ -60,6 +76,10 @@ private:
     std::map<Reference, Grab> m_grabs;
     Reference m_nextReference = 1;
     std::unique_ptr<Filter> m_filter;
+    // A held key repeats as a release and a press with the same time stamp; a release waits
+    // one event-loop turn for such a press before it counts.
+    std::optional<PendingRelease> m_pendingRelease;
+    std::unique_ptr<QTimer> m_releaseTimer;
     bool m_filterInstalled = false;
 };
 

@@ -128,19 +128,28 @@ QList<ClientWindow> XcbWindowProperties::describe(const QList<xcb_window_t>& win
         window.gtkApplicationId = QString::fromUtf8(textOf(takeProperty(m_connection, c.gtkId)));
         window.kdeDesktopFile = QString::fromUtf8(textOf(takeProperty(m_connection, c.kdeFile)));
 
+        // A missing property still gets a reply; no reply means the window is gone (it closed
+        // after the list was read) and must not turn into a nameless application.
+        const PropertyReply wmClassReply = takeProperty(m_connection, c.wmClass);
+        const PropertyReply pidReply = takeProperty(m_connection, c.pid);
+        const PropertyReply typeReply = takeProperty(m_connection, c.type);
+        const PropertyReply stateReply = takeProperty(m_connection, c.state);
+        if (!wmClassReply)
+            continue;
+
         // WM_CLASS holds two NUL-terminated strings: the instance, then the class.
-        const QList<QByteArray> wmClass = textOf(takeProperty(m_connection, c.wmClass)).split('\0');
+        const QList<QByteArray> wmClass = textOf(wmClassReply).split('\0');
         if (!wmClass.isEmpty())
             window.wmInstance = QString::fromLocal8Bit(wmClass.value(0));
         if (wmClass.size() > 1)
             window.wmClass = QString::fromLocal8Bit(wmClass.value(1));
 
-        const QList<uint32_t> pid = cardinalsOf(takeProperty(m_connection, c.pid));
+        const QList<uint32_t> pid = cardinalsOf(pidReply);
         window.pid = pid.isEmpty() ? 0 : pid.first();
 
-        const QList<uint32_t> types = cardinalsOf(takeProperty(m_connection, c.type));
+        const QList<uint32_t> types = cardinalsOf(typeReply);
         window.normalType = types.isEmpty() || types.contains(m_atoms[NetWmWindowTypeNormal]);
-        const QList<uint32_t> states = cardinalsOf(takeProperty(m_connection, c.state));
+        const QList<uint32_t> states = cardinalsOf(stateReply);
         window.skipTaskbar = states.contains(m_atoms[NetWmStateSkipTaskbar]);
         described.append(window);
     }

@@ -26,7 +26,7 @@ public:
     QList<xcb_window_t> stackingOrder() const;
     /// The window the window manager has made active; 0 when none.
     xcb_window_t activeWindow() const;
-    /// Identity, process and type properties of every window.
+    /// Identity, process and type properties of every window that still exists.
     QList<ClientWindow> describe(const QList<xcb_window_t>& windows) const;
     /// Asks the window manager to activate `window` as a pager would (source indication 2).
     void requestActivation(xcb_window_t window, xcb_window_t currentlyActive) const;

@@ -9,6 +9,7 @@
 #include "vault/VaultStore.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Tessaline;
@@ -35,6 +36,7 @@ class TestAppMenuScanner : public QObject
     std::unique_ptr<FakeAccessibilityTrust> trust;
     std::unique_ptr<FakeAccessibilityElementFactory> elements;
     std::unique_ptr<FakeAlertPresenter> alerts;
+    std::unique_ptr<QTemporaryDir> folder;
     std::unique_ptr<VaultStore> store;
     std::unique_ptr<AppMenuScanner> scanner;
 
@@ -68,7 +70,10 @@ private Q_SLOTS:
         trust = std::make_unique<FakeAccessibilityTrust>();
         elements = std::make_unique<FakeAccessibilityElementFactory>();
         alerts = std::make_unique<FakeAlertPresenter>();
-        store = std::make_unique<VaultStore>();
+        // A fresh, empty vault for every test.
+        folder = std::make_unique<QTemporaryDir>();
+        store = std::make_unique<VaultStore>(
+            VaultStore::Configuration{folder->filePath(QStringLiteral("keybinds.json")), {}});
         scanner = std::make_unique<AppMenuScanner>(*workspace, *trust, *elements, *alerts);
     }
 

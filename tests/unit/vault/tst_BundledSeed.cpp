@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "VaultTestSupport.h"
+
+#include "vault/FallbackData.h"
+
+#include <QRegularExpression>
+#include <QSet>
+#include <QtTest>
+
+using namespace Tessaline;
+using namespace VaultTestSupport;
+
+namespace {
+
+// Display form: modifiers in the order ⌃ ⌥ ⇧ ⌘, each once, then one key, single spaces.
+bool isDisplayChord(const QString& chord)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^(⌃ )?(⌥ )?(⇧ )?(⌘ )?"
+                       "(Return|Tab|Space|Delete|Esc|Home|End|Page Up|Page "
+                       "Down|Print|←|→|↑|↓|F[1-9]|F1[0-9]|F2[0-4]|"
+                       "[^a-z\\s⌃⌥⇧⌘])$"));
+    return form.match(chord).hasMatch();
+}
+
+} // namespace
+
+class TestBundledSeed : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void chordForm_data();
+    void chordForm();
+    void seedDecodes();
+    void everyChordIsInDisplayForm();
+    void everyPackHasADesktopFileId();
+    void fallbackHasItsExactContent();
+    void spotlightDetailLine();
+    void builtBundleCopyIsTheSource();
+
+private:
+    VaultData seed()
+    {
+        const VaultCodec::DecodeResult result = VaultCodec::decode(
+            readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
+        if (!result)
+            qWarning("%s", qPrintable(result.error));
+        return result.data.value_or(VaultData{});
+    }
+};
+
+void TestBundledSeed::chordForm_data()
+{
+    QTest::addColumn<QString>("chord");
+    QTest::addColumn<bool>("valid");
+    QTest::addRow("ctrl s") << QStringLiteral("⌃ S") << true;
+    QTest::addRow("all four") << QStringLiteral("⌃ ⌥ ⇧ ⌘ ←") << true;
+    QTest::addRow("plain key") << QStringLiteral("F11") << true;
+    QTest::addRow("named key") << QStringLiteral("⌃ Page Down") << true;
+    QTest::addRow("wrong order") << QStringLiteral("⌘ ⇧ 5") << false;
+    QTest::addRow("text modifier") << QStringLiteral("Ctrl+S") << false;
+    QTest::addRow("lower-case key") << QStringLiteral("⌃ s") << false;
+    QTest::addRow("no space") << QStringLiteral("⌃S") << false;
+    QTest::addRow("modifier only") << QStringLiteral("⌘") << false;
+}
+
+void TestBundledSeed::chordForm()
+{
+    QFETCH(QString, chord);
+    QFETCH(bool, valid);
+    QCOMPARE(isDisplayChord(chord), valid);
+}
+
+void TestBundledSeed::seedDecodes()
+{
+    const VaultCodec::DecodeResult result = VaultCodec::decode(
+        readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
+    QVERIFY2(result, qPrintable(result.error));
+    QVERIFY(result.data->global.size() >= 5);
+    QVERIFY(result.data->apps.size() >= 10);
+}
+
+void TestBundledSeed::everyChordIsInDisplayForm()
+{
+    const VaultData data = seed();
+    QList<ShortcutItem> all = data.global;
+    for (const AppShortcutPack& pack : data.apps) {
+        QVERIFY2(!pack.shortcuts.isEmpty(), qPrintable(pack.name));
+        all += pack.shortcuts;
+        // One entry per name and chord within a pack.
+        QSet<QString> ids;
+        for (const ShortcutItem& entry : pack.shortcuts)
+            ids.insert(entry.id());
+        QCOMPARE(ids.size(), pack.shortcuts.size());
+    }
+    QVERIFY(all.size() > 100);
+    for (const ShortcutItem& entry : all) {
+        QVERIFY2(isDisplayChord(entry.chord),
+                 qPrintable(entry.name + QStringLiteral(": ") + entry.chord));
+        QVERIFY(!entry.name.isEmpty());
+    }
+}
+
+void TestBundledSeed::everyPackHasADesktopFileId()
+{
+    QSet<QString> ids;
+    for (const AppShortcutPack& pack : seed().apps) {
+        QVERIFY2(pack.bundleID && !pack.bundleID->isEmpty(), qPrintable(pack.name));
+        QVERIFY2(!pack.bundleID->endsWith(QStringLiteral(".desktop")), qPrintable(*pack.bundleID));
+        ids.insert(*pack.bundleID);
+    }
+    for (const char* id :
+         {"firefox-esr", "org.gnome.Nautilus", "org.kde.dolphin", "org.gnome.Terminal",
+          "libreoffice-writer", "thunderbird", "gimp", "code", "org.xfce.mousepad", "org.kde.kate"})
+        QVERIFY2(ids.contains(QString::fromLatin1(id)), id);
+}
+
+void TestBundledSeed::fallbackHasItsExactContent()
+{
+    const VaultData& data = fallbackData();
+    QCOMPARE(data.comment, std::optional<QString>(QStringLiteral(
+                               "Bundled fallback seed used when keybinds.json is unavailable.")));
+    const auto row = [](const ShortcutItem& entry) {
+        return QStringList{entry.name, entry.chord,
+                           entry.isFavorite() ? QStringLiteral("true") : QStringLiteral("false"),
+                           entry.menu.value_or(QStringLiteral("<none>")),
+                           entry.tags.value_or(QStringList{}).join(QLatin1Char(','))};
+    };
+    const QList<QStringList> global{
+        {QStringLiteral("Spotlight search"), QStringLiteral("⌘ Space"), QStringLiteral("true"),
+         QStringLiteral("Find apps, files, settings, and quick answers."),
+         QStringLiteral("search")},
+        {QStringLiteral("Screenshot toolbar"), QStringLiteral("⌘ ⇧ 5"), QStringLiteral("true"),
+         QStringLiteral("Open the screenshot and screen recording controls."),
+         QStringLiteral("screenshot")},
+        {QStringLiteral("Emoji and symbols"), QStringLiteral("⌃ ⌘ Space"), QStringLiteral("false"),
+         QStringLiteral("Open the character picker."), QStringLiteral("typing")},
+        {QStringLiteral("Force quit"), QStringLiteral("⌥ ⌘ Esc"), QStringLiteral("false"),
+         QStringLiteral("Use when an app is stuck."), QStringLiteral("recovery")}};
+    QCOMPARE(data.global.size(), global.size());
+    for (qsizetype i = 0; i < global.size(); ++i)
+        QCOMPARE(row(data.global[i]), global[i]);
+
+    QCOMPARE(data.apps.size(), 2);
+    QCOMPARE(data.apps[0].name, QStringLiteral("Finder"));
+    QCOMPARE(data.apps[0].bundleID, std::optional<QString>(QStringLiteral("com.apple.finder")));
+    const QList<QStringList> finder{
+        {QStringLiteral("Quick Look selected file"), QStringLiteral("Space"),
+         QStringLiteral("true"), QStringLiteral("Preview without opening the file."),
+         QStringLiteral("files")},
+        {QStringLiteral("Go to folder"), QStringLiteral("⌘ ⇧ G"), QStringLiteral("true"),
+         QStringLiteral("Jump straight to a path."), QStringLiteral("navigation")},
+        {QStringLiteral("Show hidden files"), QStringLiteral("⌘ ⇧ ."), QStringLiteral("true"),
+         QStringLiteral("Toggle invisible files."), QStringLiteral("files")}};
+    QCOMPARE(data.apps[0].shortcuts.size(), finder.size());
+    for (qsizetype i = 0; i < finder.size(); ++i)
+        QCOMPARE(row(data.apps[0].shortcuts[i]), finder[i]);
+
+    QCOMPARE(data.apps[1].name, QStringLiteral("Notes"));
+    QCOMPARE(data.apps[1].bundleID, std::optional<QString>(QStringLiteral("com.apple.Notes")));
+    const QList<QStringList> notes{
+        {QStringLiteral("Checklist item"), QStringLiteral("⌘ ⇧ L"), QStringLiteral("true"),
+         QStringLiteral("Add a checkbox line."), QStringLiteral("notes")},
+        {QStringLiteral("Insert table"), QStringLiteral("⌥ ⌘ T"), QStringLiteral("false"),
+         QStringLiteral("Create a small table."), QStringLiteral("notes")}};
+    QCOMPARE(data.apps[1].shortcuts.size(), notes.size());
+    for (qsizetype i = 0; i < notes.size(); ++i)
+        QCOMPARE(row(data.apps[1].shortcuts[i]), notes[i]);
+
+    // Every built-in item: exactly one tag, no note, no source, favorite always present.
+    QList<ShortcutItem> all = data.global + data.apps[0].shortcuts + data.apps[1].shortcuts;
+    for (const ShortcutItem& entry : all) {
+        QVERIFY(entry.favorite.has_value());
+        QCOMPARE(entry.tags->size(), 1);
+        QVERIFY(!entry.note && !entry.source);
+    }
+}
+
+void TestBundledSeed::spotlightDetailLine()
+{
+    QCOMPARE(fallbackData().global.at(0).detailText(),
+             QStringLiteral("Find apps, files, settings, and quick answers."));
+}
+
+void TestBundledSeed::builtBundleCopyIsTheSource()
+{
+    QCOMPARE(readFile(QStringLiteral(TESSALINE_BUILD_SHARE_DIR "/keybinds.json")),
+             readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
+}
+
+QTEST_GUILESS_MAIN(TestBundledSeed)
+#include "tst_BundledSeed.moc"

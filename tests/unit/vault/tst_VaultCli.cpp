@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "VaultTestSupport.h"
+
+#include "vault/VaultOrder.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest>
+
+using namespace Tessaline;
+using namespace VaultTestSupport;
+
+namespace {
+
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+} // namespace
+
+// Runs the real tessaline-vault with a private data folder, as a user on a fresh account would.
+class TestVaultCli : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QVERIFY(m_dir.emplace().isValid());
+        m_vault = m_dir->filePath(QStringLiteral("data/Tessaline/keybinds.json"));
+    }
+
+    void freshHomeGetsTheBundledSeed();
+    void pathCreatesNothing();
+    void damagedVaultIsReportedAndLeftUntouched_data();
+    void damagedVaultIsReportedAndLeftUntouched();
+    void resetReplacesADamagedVaultAndKeepsACopy();
+    void importRejectsAnInvalidFileAndAcceptsAValidOne();
+    void exportWritesTheVault();
+    void favoriteTogglesAndIsWritten();
+    void sectionsWithAQueryShowScores();
+    void rowsGroupByApp();
+    void helpExplainsEveryCommand();
+    void usageErrors_data();
+    void usageErrors();
+
+private:
+    Run run(const QStringList& arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), m_dir->path());
+        environment.insert(QStringLiteral("XDG_DATA_HOME"),
+                           m_dir->filePath(QStringLiteral("data")));
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_dir->path());
+        process.start(QStringLiteral(TESSALINE_VAULT_CLI), arguments);
+        if (!process.waitForFinished(30000))
+            return {};
+        return Run{process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                   QString::fromUtf8(process.readAllStandardOutput()),
+                   QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    static VaultData bundledSeed()
+    {
+        VaultCodec::DecodeResult seed = VaultCodec::decode(
+            readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
+        VaultOrder::sort(seed.data->global);
+        return *seed.data;
+    }
+
+    std::optional<QTemporaryDir> m_dir;
+    QString m_vault;
+};
+
+void TestVaultCli::freshHomeGetsTheBundledSeed()
+{
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    QVERIFY(!QFileInfo::exists(m_vault));
+    const Run result = run({QStringLiteral("sections")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
+    QCOMPARE(readFile(m_vault), VaultCodec::encode(bundledSeed()));
+    QVERIFY(result.out.startsWith(QStringLiteral("Global Mac essentials\n")));
+    QVERIFY(result.out.contains(QStringLiteral("  ⌃ C\tCopy\tediting\n")));
+}
+
+void TestVaultCli::pathCreatesNothing()
+{
+    const Run result = run({QStringLiteral("path")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, m_vault + QLatin1Char('\n'));
+    QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+void TestVaultCli::damagedVaultIsReportedAndLeftUntouched_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addRow("sections") << QStringList{QStringLiteral("sections"), QStringLiteral("--app"),
+                                             QStringLiteral("Kate")};
+    QTest::addRow("rows") << QStringList{QStringLiteral("rows"), QStringLiteral("--json")};
+    QTest::addRow("favorite") << QStringList{
+        QStringLiteral("favorite"), QStringLiteral("Spotlight search"), QStringLiteral("⌘ Space")};
+    QTest::addRow("export") << QStringList{QStringLiteral("export"), QStringLiteral("out.json")};
+}
+
+void TestVaultCli::damagedVaultIsReportedAndLeftUntouched()
+{
+    QFETCH(QStringList, arguments);
+    const QByteArray damaged = "{\"global\": [], \"apps\": [ {\"name\": \"Kate\", }";
+    QVERIFY(writeFile(m_vault, damaged));
+    const Run result = run(arguments);
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY(result.out.isEmpty());
+    QVERIFY2(result.err.contains(m_vault), qPrintable(result.err));
+    QVERIFY2(result.err.contains(QStringLiteral("syntax error at byte offset")),
+             qPrintable(result.err));
+    QCOMPARE(readFile(m_vault), damaged);
+    QVERIFY(!QFileInfo::exists(m_vault + QStringLiteral(".damaged")));
+    QVERIFY(!QFileInfo::exists(m_dir->filePath(QStringLiteral("out.json"))));
+}
+
+void TestVaultCli::resetReplacesADamagedVaultAndKeepsACopy()
+{
+    const QByteArray damaged = R"({"global": [{"name": "mine", "chord": 3}], "apps": []})";
+    QVERIFY(writeFile(m_vault, damaged));
+    const Run result = run({QStringLiteral("reset")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.err.contains(m_vault + QStringLiteral(".damaged")), qPrintable(result.err));
+    QCOMPARE(readFile(m_vault + QStringLiteral(".damaged")), damaged);
+    QCOMPARE(readFile(m_vault), VaultCodec::encode(bundledSeed()));
+}
+
+void TestVaultCli::importRejectsAnInvalidFileAndAcceptsAValidOne()
+{
+    QCOMPARE(run({QStringLiteral("rows")}).exitCode, 0);
+    const QByteArray before = readFile(m_vault);
+    const QString file = m_dir->filePath(QStringLiteral("import.json"));
+    QVERIFY(writeFile(
+        file,
+        R"({"global": [], "apps": [{"name": "A", "shortcuts": [{"name": "x", "chord": null}]}]})"));
+    Run result = run({QStringLiteral("import"), file});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.err.contains(QStringLiteral("apps[0].shortcuts[0].chord: expected a string")),
+             qPrintable(result.err));
+    QCOMPARE(readFile(m_vault), before);
+
+    QVERIFY(writeFile(
+        file,
+        R"({"global": [{"name": "b", "chord": "B"}, {"name": "a", "chord": "A"}], "apps": []})"));
+    result = run({QStringLiteral("import"), file});
+    QCOMPARE(result.exitCode, 0);
+    const VaultData imported = *VaultCodec::decode(readFile(m_vault)).data;
+    QCOMPARE(names(imported.global), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    QVERIFY(imported.apps.isEmpty());
+}
+
+void TestVaultCli::exportWritesTheVault()
+{
+    const QString file = m_dir->filePath(QStringLiteral("export.json"));
+    const Run result = run({QStringLiteral("export"), file});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(readFile(file), readFile(m_vault));
+    const Run failed =
+        run({QStringLiteral("export"), m_dir->filePath(QStringLiteral("missing/dir/x.json"))});
+    QCOMPARE(failed.exitCode, 1);
+    QVERIFY2(failed.err.contains(QStringLiteral("Cannot write ")), qPrintable(failed.err));
+}
+
+void TestVaultCli::favoriteTogglesAndIsWritten()
+{
+    const QStringList arguments{QStringLiteral("favorite"), QStringLiteral("Save"),
+                                QStringLiteral("⌃ S"), QStringLiteral("--bundle-id"),
+                                QStringLiteral("org.kde.kate")};
+    Run result = run(arguments);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QStringLiteral("Save (⌃ S) is now a favorite\n"));
+    const auto kateSave = [this] {
+        const VaultData data = *VaultCodec::decode(readFile(m_vault)).data;
+        for (const AppShortcutPack& pack : data.apps) {
+            if (pack.bundleID == QStringLiteral("org.kde.kate")) {
+                for (const ShortcutItem& entry : pack.shortcuts) {
+                    if (entry.name == QStringLiteral("Save"))
+                        return entry.favorite;
+                }
+            }
+        }
+        return std::optional<bool>();
+    };
+    QCOMPARE(kateSave(), std::optional<bool>(true));
+    result = run(arguments + QStringList{QStringLiteral("--json")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(QJsonDocument::fromJson(result.out.toUtf8())
+                 .object()
+                 .value(QStringLiteral("favorite"))
+                 .toBool(true),
+             false);
+    QCOMPARE(kateSave(), std::optional<bool>(false));
+
+    const QByteArray before = readFile(m_vault);
+    result = run({QStringLiteral("favorite"), QStringLiteral("Save"), QStringLiteral("⌃ Q")});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY(result.err.contains(QStringLiteral("no shortcut named \"Save\"")));
+    QCOMPARE(readFile(m_vault), before);
+}
+
+void TestVaultCli::sectionsWithAQueryShowScores()
+{
+    const Run result =
+        run({QStringLiteral("--json"), QStringLiteral("sections"), QStringLiteral("--app"),
+             QStringLiteral("kate"), QStringLiteral("save")});
+    QCOMPARE(result.exitCode, 0);
+    const QJsonObject root = QJsonDocument::fromJson(result.out.toUtf8()).object();
+    QCOMPARE(root.value(QStringLiteral("query")).toString(), QStringLiteral("save"));
+    const QJsonArray sections = root.value(QStringLiteral("sections")).toArray();
+    QVERIFY(!sections.isEmpty());
+    const QJsonObject first = sections.at(0).toObject();
+    QCOMPARE(first.value(QStringLiteral("title")).toString(), QStringLiteral("Kate shortcuts"));
+    const QJsonObject top = first.value(QStringLiteral("shortcuts")).toArray().at(0).toObject();
+    QCOMPARE(top.value(QStringLiteral("name")).toString(), QStringLiteral("Save"));
+    // "save" against "Save": 1+8, then three consecutive +6 each = 27, plus the name bonus 12.
+    QCOMPARE(top.value(QStringLiteral("score")).toInteger(), 39);
+
+    const Run text = run({QStringLiteral("sections"), QStringLiteral("--app"),
+                          QStringLiteral("kate"), QStringLiteral("save")});
+    QVERIFY2(text.out.contains(QStringLiteral("  ⌃ S\tSave\tfile\tscore 39\n")),
+             qPrintable(text.out));
+}
+
+void TestVaultCli::rowsGroupByApp()
+{
+    const Run result = run({QStringLiteral("rows"), QStringLiteral("mousepad")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.out.contains(QStringLiteral("\nMousepad (11)\n")), qPrintable(result.out));
+    QVERIFY(!result.out.contains(QStringLiteral("Kate (")));
+    const Run none =
+        run({QStringLiteral("--json"), QStringLiteral("rows"), QStringLiteral("qqqqqq")});
+    QCOMPARE(none.exitCode, 0);
+    QVERIFY(QJsonDocument::fromJson(none.out.toUtf8())
+                .object()
+                .value(QStringLiteral("groups"))
+                .toArray()
+                .isEmpty());
+}
+
+void TestVaultCli::helpExplainsEveryCommand()
+{
+    const Run result = run({QStringLiteral("--help")});
+    QCOMPARE(result.exitCode, 0);
+    for (const char* command :
+         {"path", "sections [--app NAME] [--bundle-id ID] [QUERY]", "rows [QUERY]",
+          "favorite NAME CHORD", "import FILE", "export FILE", "reset", "--json"})
+        QVERIFY2(result.out.contains(QLatin1StringView(command)), command);
+    QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+void TestVaultCli::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addRow("no command") << QStringList{};
+    QTest::addRow("unknown command") << QStringList{QStringLiteral("frobnicate")};
+    QTest::addRow("unknown option")
+        << QStringList{QStringLiteral("rows"), QStringLiteral("--app"), QStringLiteral("x")};
+    QTest::addRow("missing value")
+        << QStringList{QStringLiteral("sections"), QStringLiteral("--app")};
+    QTest::addRow("too many") << QStringList{QStringLiteral("rows"), QStringLiteral("a"),
+                                             QStringLiteral("b")};
+    QTest::addRow("too few") << QStringList{QStringLiteral("favorite"), QStringLiteral("Save")};
+    QTest::addRow("json without data")
+        << QStringList{QStringLiteral("--json"), QStringLiteral("reset")};
+}
+
+void TestVaultCli::usageErrors()
+{
+    QFETCH(QStringList, arguments);
+    const Run result = run(arguments);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(!result.err.isEmpty());
+    QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+QTEST_GUILESS_MAIN(TestVaultCli)
+#include "tst_VaultCli.moc"
