@@ -174,6 +174,14 @@ private Q_SLOTS:
         m_scheduler.advance(5000);
         QTest::qWait(10);
         QCOMPARE(m_keyInjector.posts, 0);
+
+        // With the permission the same helper does paste.
+        m_trust.trusted = true;
+        m_delegate->performHelper(TextHelperAction::Bullet);
+        m_scheduler.advance(5000);
+        QTest::qWait(10);
+        m_scheduler.advance(5000);
+        QCOMPARE(m_keyInjector.posts, 1);
     }
 };
 
