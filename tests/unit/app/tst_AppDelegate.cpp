@@ -14,11 +14,13 @@
 #include "FakeSystemKeyMonitor.h"
 #include "FakeWorkspace.h"
 #include "ManualScheduler.h"
+#include "ShortcutListModel.h"
 #include "SymbolImageProvider.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
 
+#include <QAbstractItemModel>
 #include <QPointer>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -149,6 +151,32 @@ private Q_SLOTS:
         QObject* model = root->property("model").value<QObject*>();
         QVERIFY(model);
         QCOMPARE(model->property("appName").toString(), QStringLiteral("Editor"));
+    }
+
+    void arrowsAndReturnInTheHUDCopyTheSelectedChord()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        FloatingPanel* panel = m_delegate->panel();
+        QVERIFY(QTest::qWaitForWindowActive(panel));
+        QObject* model = panel->rootObject()->property("model").value<QObject*>();
+        QObject* navigator = panel->rootObject()->property("navigator").value<QObject*>();
+        auto* rows = model->property("rows").value<QAbstractItemModel*>();
+        QVERIFY(rows && rows->rowCount() >= 2);
+        const QString second = rows->index(1, 0).data(ShortcutListModel::ChordRole).toString();
+
+        // Return with nothing selected copies nothing.
+        QTest::keyClick(panel, Qt::Key_Return);
+        QVERIFY(!m_clipboard.content);
+        QTest::keyClick(panel, Qt::Key_Down);
+        QTest::keyClick(panel, Qt::Key_Down);
+        QCOMPARE(navigator->property("selection").toInt(), 1);
+        QTest::keyClick(panel, Qt::Key_Return);
+        QCOMPARE(m_clipboard.content, std::optional<QString>(second));
+        // The HUD stays open after a copy.
+        QCOMPARE(m_delegate->panel(), panel);
+        QVERIFY(panel->isVisible());
     }
 
     void closeFromTheViewClosesTheHUD()
