@@ -177,6 +177,20 @@ private Q_SLOTS:
         // The HUD stays open after a copy.
         QCOMPARE(m_delegate->panel(), panel);
         QVERIFY(panel->isVisible());
+
+        // "/" brings the focus back to the search field and types nothing.
+        auto* search = panel->rootObject()->findChild<QQuickItem*>(QStringLiteral("searchField"));
+        QVERIFY(search);
+        panel->rootObject()->forceActiveFocus();
+        QVERIFY(!search->hasActiveFocus());
+        QTest::keyClick(panel, Qt::Key_Slash);
+        QVERIFY(search->hasActiveFocus());
+        QCOMPARE(search->property("text").toString(), QString());
+        QCOMPARE(navigator->property("searchFocusRequest").toInt(), 1);
+        // Typing goes to the search field and clears the selection.
+        QTest::keyClick(panel, Qt::Key_C);
+        QCOMPARE(model->property("filter").toString(), QStringLiteral("c"));
+        QCOMPARE(navigator->property("selection").toInt(), -1);
     }
 
     void closeFromTheViewClosesTheHUD()
