@@ -21,11 +21,11 @@
 #include "vault/VaultStore.h"
 
 #include <QCursor>
-#include <QElapsedTimer>
-#include <QLoggingCategory>
 #include <QDesktopServices>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QLoggingCategory>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
@@ -128,6 +128,8 @@ void AppDelegate::applicationWillTerminate()
 
 void AppDelegate::toggleHUD()
 {
+    qCDebug(lcHudTiming, "toggle with the HUD %s",
+            m_panel && m_panel->isVisible() ? "shown" : "hidden");
     if (m_panel && m_panel->isVisible()) {
         closeHUD();
         return;
@@ -183,6 +185,7 @@ void AppDelegate::closeHUD()
 {
     if (!m_panel)
         return;
+    qCDebug(lcHudTiming, "closing the HUD");
     FloatingPanel* panel = m_panel.data();
     m_panel = nullptr;
     panel->hide();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "MenuBarController.h"
 
+#include "Branding.h"
 #include "SymbolImageProvider.h"
 
 #include <QApplication>
@@ -12,8 +13,13 @@ namespace Tessaline {
 MenuBarController::MenuBarController(Actions actions, QObject* parent)
     : QObject(parent), m_actions(std::move(actions))
 {
-    m_statusItem.setIcon(SymbolImageProvider::icon(QStringLiteral("keyboard.fill"),
-                                                   QApplication::palette().windowText().color()));
+    // Panels may be light or dark and cannot tint the icon for us: the logo reads on both,
+    // and a mid-grey keyboard stands in when the logo is missing.
+    if (const std::optional<QImage> logo = Branding::image(64))
+        m_statusItem.setIcon(QIcon(QPixmap::fromImage(*logo)));
+    else
+        m_statusItem.setIcon(
+            SymbolImageProvider::icon(QStringLiteral("keyboard.fill"), QColor(0x88, 0x88, 0x88)));
     m_statusItem.setToolTip(QStringLiteral("Tessaline"));
     connect(&m_statusItem, &QSystemTrayIcon::activated, this,
             &MenuBarController::statusItemClicked);

@@ -19,6 +19,9 @@ BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 failures = []
 passes = []
+# With --tray the test covers the tray icon (inside a session with a tray host); without it,
+# the HUD, scan, clipboard and browser flows.
+TRAY_ONLY = "--tray" in sys.argv[1:]
 
 
 def check(condition, what):
@@ -43,6 +46,17 @@ def wait_until(predicate, seconds=10.0, step=0.1):
 def visible_windows(name):
     result = run("xdotool", "search", "--onlyvisible", "--name", name)
     return [w for w in result.stdout.split() if w]
+
+
+def tray_icon():
+    """The centre of Tessaline's icon in the panel's tray, or None."""
+    for window in run("xdotool", "search", "--class", "tessaline").stdout.split():
+        geometry = run("xdotool", "getwindowgeometry", "--shell", window).stdout
+        values = dict(line.split("=") for line in geometry.split() if "=" in line)
+        if values and 8 <= int(values["WIDTH"]) <= 64 and 8 <= int(values["HEIGHT"]) <= 64:
+            return (int(values["X"]) + int(values["WIDTH"]) // 2,
+                    int(values["Y"]) + int(values["HEIGHT"]) // 2)
+    return None
 
 
 def clipboard():
@@ -142,7 +156,7 @@ run("xdotool", "windowsize", editor_window, "260", "200")
 run("xdotool", "windowmove", editor_window, "0", "0")
 run("xdotool", "windowactivate", "--sync", editor_window)
 
-app = subprocess.Popen([TESSALINE], env=env)
+app = subprocess.Popen([TESSALINE], env=env, stderr=open(os.environ.get("TESSALINE_E2E_LOG", os.devnull), "a"))
 try:
     check(wait_until(bus_name_owned, 20), "Tessaline starts and owns its bus name")
 
@@ -158,67 +172,102 @@ try:
     check(defaults.get("Onboarding.completed", {}).get("value") is True,
           "finishing the welcome window writes Onboarding.completed")
 
-    # The hotkey shows the HUD for the previous app; Escape closes it.
-    run("xdotool", "windowactivate", "--sync", editor_window)
-    time.sleep(0.5)
-    run("xdotool", "key", "ctrl+alt+super+k")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the hotkey shows the HUD")
-    check(wait_until(lambda: find_named("Mousepad", "label"), 5),
-          "the HUD shows the previously active application")
-    check(bool(find_named("Not scanned yet", "label")), "an app without a pack reads Not scanned yet")
-    run("xdotool", "key", "Escape")
-    check(wait_until(lambda: not visible_windows("^Tessaline$"), 5), "Escape closes the HUD")
+    if TRAY_ONLY:
+        # The tray icon: a right click opens the command menu, a left click toggles the HUD.
+        icon = wait_until(tray_icon, 10)
+        check(icon is not None, "the tray icon is embedded in the panel")
+        if icon:
+            x, y = icon
+            run("xdotool", "key", "Escape")
+            run("xdotool", "windowactivate", "--sync", editor_window)
+            run("xdotool", "mousemove", str(x), str(y), "click", "3")
+            time.sleep(1)
+            # The menu's second entry is "Browse All Shortcuts".
+            run("xdotool", "key", "Down", "Down", "Return")
+            check(wait_until(lambda: visible_windows("^All Tessaline Shortcuts$"), 5),
+                  "a right click on the tray icon opens the command menu, which opens the browser")
+            run("xdotool", "key", "alt+F4")
+            check(wait_until(lambda: not visible_windows("^All Tessaline Shortcuts$"), 5),
+                  "the browser window closes")
+            run("xdotool", "windowactivate", "--sync", editor_window)
+            run("xdotool", "mousemove", str(x), str(y), "click", "1")
+            check(wait_until(lambda: visible_windows("^Tessaline$"), 5),
+                  "a left click on the tray icon shows the HUD")
+            check(wait_until(lambda: find_named("Mousepad", "label"), 5),
+                  "the HUD opened from the tray shows the previously active application")
+            run("xdotool", "mousemove", str(x), str(y), "click", "1")
+            check(wait_until(lambda: not visible_windows("^Tessaline$"), 5),
+                  "a second left click hides the HUD")
+            # Back to the editor, as a person would after using the tray.
+            run("xdotool", "mousemove", "120", "120", "click", "1")
+    else:
+        # The hotkey shows the HUD for the previous app; Escape closes it.
+        run("xdotool", "windowactivate", "--sync", editor_window)
+        time.sleep(0.5)
+        run("xdotool", "key", "ctrl+alt+super+k")
+        check(wait_until(lambda: visible_windows("^Tessaline$"), 5),
+              "the hotkey shows the HUD")
+        check(wait_until(lambda: find_named("Mousepad", "label"), 5),
+              "the HUD shows the previously active application")
+        check(bool(find_named("Not scanned yet", "label")), "an app without a pack reads Not scanned yet")
+        run("xdotool", "key", "Escape")
+        check(wait_until(lambda: not visible_windows("^Tessaline$"), 5), "Escape closes the HUD")
 
-    # Clicking another window closes the HUD.
-    run("xdotool", "key", "ctrl+alt+super+k")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the hotkey shows the HUD again")
-    run("xdotool", "mousemove", "120", "120", "click", "1")
-    check(wait_until(lambda: not visible_windows("^Tessaline$"), 5),
-          "clicking another window closes the HUD")
+        # Clicking another window closes the HUD.
+        time.sleep(0.5)
+        run("xdotool", "key", "ctrl+alt+super+k")
+        shown_again = wait_until(lambda: visible_windows("^Tessaline$"), 5)
+        if not shown_again and os.environ.get("TESSALINE_E2E_SHOTS"):
+            run("import", "-window", "root", os.environ["TESSALINE_E2E_SHOTS"] + "/hud-again.png")
+            print(run("xdotool", "getactivewindow", "getwindowname").stdout)
+        check(shown_again, "the hotkey shows the HUD again")
+        run("xdotool", "mousemove", "120", "120", "click", "1")
+        check(wait_until(lambda: not visible_windows("^Tessaline$"), 5),
+              "clicking another window closes the HUD")
 
-    # Return copies the selected chord; "/" goes back to the search field.
-    run("xdotool", "windowactivate", "--sync", editor_window)
-    set_clipboard("before")
-    run("xdotool", "key", "ctrl+alt+super+k")
-    wait_until(lambda: visible_windows("^Tessaline$"), 5)
-    time.sleep(0.5)
-    run("xdotool", "key", "Down", "Return")
-    check(wait_until(lambda: clipboard() == "⌃ ⌥ L", 3), "Return copies the selected row's chord")
-    run("xdotool", "key", "slash")
-    run("xdotool", "type", "lock")
-    fields = find_named("Search shortcuts, actions, or tags")
-    check(bool(fields) and text_of(fields[0]) == "lock",
-          '"/" focuses the search field and is not typed into it')
+        # Return copies the selected chord; "/" goes back to the search field.
+        run("xdotool", "windowactivate", "--sync", editor_window)
+        set_clipboard("before")
+        run("xdotool", "key", "ctrl+alt+super+k")
+        wait_until(lambda: visible_windows("^Tessaline$"), 5)
+        time.sleep(0.5)
+        run("xdotool", "key", "Down", "Return")
+        check(wait_until(lambda: clipboard() == "⌃ ⌥ L", 3), "Return copies the selected row's chord")
+        run("xdotool", "key", "slash")
+        run("xdotool", "type", "lock")
+        fields = find_named("Search shortcuts, actions, or tags")
+        check(bool(fields) and text_of(fields[0]) == "lock",
+              '"/" focuses the search field and is not typed into it')
 
-    # A scan from the HUD adds the app's menu shortcuts and the pill turns to Vault ready.
-    run("xdotool", "key", "ctrl+a", "BackSpace")
-    check(press("Scan the current app's menus"), "the scan button can be pressed")
-    check(wait_until(lambda: find_named("Vault ready", "label"), 30),
-          "after the scan the pill reads Vault ready")
-    status = wait_until(lambda: [n.name for n in find_all(tessaline_app(), lambda n: n.name.startswith("Added "))], 5)
-    check(bool(status) and status[0].endswith("discovered shortcuts for Mousepad."),
-          "the scan status names what was added: %s" % (status[0] if status else None))
-    with open(home + "/.local/share/Tessaline/keybinds.json") as f:
-        vault = json.load(f)
-    packs = [p for p in vault["apps"] if p.get("bundleID") == "org.xfce.mousepad"]
-    check(bool(packs) and any(s["name"] == "Save" and s["chord"] == "⌃ S" for s in packs[0]["shortcuts"]),
-          "the scanned Save ⌃ S is in the vault file")
+        # A scan from the HUD adds the app's menu shortcuts and the pill turns to Vault ready.
+        run("xdotool", "key", "ctrl+a", "BackSpace")
+        check(press("Scan the current app's menus"), "the scan button can be pressed")
+        check(wait_until(lambda: find_named("Vault ready", "label"), 30),
+              "after the scan the pill reads Vault ready")
+        status = wait_until(lambda: [n.name for n in find_all(tessaline_app(), lambda n: n.name.startswith("Added "))], 5)
+        check(bool(status) and status[0].endswith("discovered shortcuts for Mousepad."),
+              "the scan status names what was added: %s" % (status[0] if status else None))
+        with open(home + "/.local/share/Tessaline/keybinds.json") as f:
+            vault = json.load(f)
+        packs = [p for p in vault["apps"] if p.get("bundleID") == "org.xfce.mousepad"]
+        check(bool(packs) and any(s["name"] == "Save" and s["chord"] == "⌃ S" for s in packs[0]["shortcuts"]),
+              "the scanned Save ⌃ S is in the vault file")
 
-    # The browser finds a shortcut by its app's bundle id.
-    run("xdotool", "key", "Escape")
-    control("ShowBrowser")
-    check(wait_until(lambda: visible_windows("^All Tessaline Shortcuts$"), 5), "the browser opens")
-    time.sleep(0.5)
-    run("xdotool", "type", "org.xfce.mousepad")
-    # Rows are built as they scroll into view; Close Tab is the first of Mousepad's by name.
-    check(wait_until(lambda: find_named("Close Tab, ⌃ W", "list item"), 5),
-          "the browser finds Mousepad's shortcuts by the bundle id org.xfce.mousepad")
-    check(not find_named("Lock screen, ⌃ ⌥ L"), "rows of other groups are filtered out")
+        # The browser finds a shortcut by its app's bundle id.
+        run("xdotool", "key", "Escape")
+        control("ShowBrowser")
+        check(wait_until(lambda: visible_windows("^All Tessaline Shortcuts$"), 5), "the browser opens")
+        time.sleep(0.5)
+        run("xdotool", "type", "org.xfce.mousepad")
+        # Rows are built as they scroll into view; Close Tab is the first of Mousepad's by name.
+        check(wait_until(lambda: find_named("Close Tab, ⌃ W", "list item"), 5),
+              "the browser finds Mousepad's shortcuts by the bundle id org.xfce.mousepad")
+        check(not find_named("Lock screen, ⌃ ⌥ L"), "rows of other groups are filtered out")
 
     # A restart does not show the welcome window again.
     control("Quit")
     app.wait(10)
-    app = subprocess.Popen([TESSALINE], env=env)
+    app = subprocess.Popen([TESSALINE], env=env, stderr=open(os.environ.get("TESSALINE_E2E_LOG", os.devnull), "a"))
     check(wait_until(bus_name_owned, 20), "Tessaline starts again")
     time.sleep(2)
     check(not visible_windows("^Welcome to Tessaline$"), "the welcome window stays closed")
@@ -226,7 +275,8 @@ try:
     # A second start opens the running instance's HUD instead of a second tray icon.
     second = subprocess.run([TESSALINE], env=env, timeout=20)
     check(second.returncode == 0, "a second start hands over to the running instance")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the running instance shows its HUD")
+    check(wait_until(lambda: visible_windows("^Tessaline$"), 5),
+          "the running instance shows its HUD")
 finally:
     control("Quit")
     try:
