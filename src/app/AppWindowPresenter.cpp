@@ -52,8 +52,15 @@ AppWindowPresenter::AppWindowPresenter(QQmlEngine& engine, DefaultsStore& defaul
 
 AppWindowPresenter::~AppWindowPresenter()
 {
-    for (Slot* open : {&m_settings, &m_browser, &m_onboarding})
-        delete open->window.data();
+    for (Slot* open : {&m_settings, &m_browser, &m_onboarding}) {
+        QQuickView* window = open->window.data();
+        open->window = nullptr;
+        if (!window)
+            continue;
+        // A window hides while it is destroyed; its close handler must not see it half gone.
+        window->disconnect(this);
+        delete window;
+    }
 }
 
 AppWindowPresenter::Slot& AppWindowPresenter::slot(Kind kind)

@@ -233,6 +233,16 @@ Rectangle {
                 spacing: 14
                 bottomPadding: root.model.flatCount > 0 ? 14 : 0
 
+                // The list does not move when its header grows, so a card appearing above the
+                // rows would sit above the visible area. A list shown from its top stays there.
+                property real shownHeight: 0
+                onHeightChanged: {
+                    const wasAtTop = list.contentY <= -shownHeight - list.topMargin + 0.5
+                    shownHeight = height
+                    if (wasAtTop)
+                        Qt.callLater(list.positionViewAtBeginning)
+                }
+
                 // Scan status card
                 Rectangle {
                     objectName: "scanStatusCard"

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "ViewFixture.h"
+
+#include "BrowserModel.h"
+#include "CheatSheetModel.h"
+#include "FakeAccessibilityElement.h"
+#include "FakeAccessibilityTrust.h"
+#include "FakeAlertPresenter.h"
+#include "FakeHotKeyService.h"
+#include "FakeWorkspace.h"
+#include "ListNavigator.h"
+#include "ManualScheduler.h"
+#include "SettingsModel.h"
+#include "helpers/TextHelperAction.h"
+#include "hotkeys/HotkeyManager.h"
+#include "scan/AppMenuScanner.h"
+#include "settings/DefaultsStore.h"
+#include "vault/VaultCodec.h"
+#include "vault/VaultStore.h"
+
+#include <hotkey/HotKeysController.h>
+
+#include <QDir>
+#include <QFile>
+#include <QQmlEngine>
+
+using namespace Tessaline;
+using namespace Tessaline::Testing;
+
+namespace {
+
+ShortcutItem item(const QString& name, const QString& chord)
+{
+    ShortcutItem result;
+    result.name = name;
+    result.chord = chord;
+    return result;
+}
+
+VaultData sampleVault()
+{
+    VaultData data;
+    data.global = {item(QStringLiteral("Copy"), QStringLiteral("⌘C")),
+                   item(QStringLiteral("Paste"), QStringLiteral("⌘V"))};
+    data.apps = {
+        AppShortcutPack{QStringLiteral("Editor"),
+                        QStringLiteral("org.example.Editor"),
+                        {item(QStringLiteral("Find"), QStringLiteral("⌘F")),
+                         item(QStringLiteral("Save"), QStringLiteral("⌘S")),
+                         item(QStringLiteral("Yank line"), QStringLiteral("⌃Y"))}},
+        AppShortcutPack{QStringLiteral("Hollow"), QStringLiteral("org.example.Hollow"), {}}};
+    return data;
+}
+
+/// Models stay the fixture's: the QML garbage collector never deletes them under a view.
+QObject* keep(QObject* object)
+{
+    QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
+    return object;
+}
+
+TrackedApp tracked(const QString& appName, const QString& bundleID)
+{
+    return TrackedApp{appName,
+                      bundleID.isEmpty() ? std::nullopt : std::optional<QString>(bundleID)};
+}
+
+} // namespace
+
+ViewFixture::ViewFixture(QObject* parent) : QObject(parent)
+{
+    reset();
+}
+
+ViewFixture::~ViewFixture()
+{
+    release();
+}
+
+void ViewFixture::release()
+{
+    qDeleteAll(m_models.children());
+    m_hotkeys.reset();
+    m_defaults.reset();
+    m_scanner.reset();
+    m_store.reset();
+    HotKey::HotKeysController::setService(nullptr);
+    m_hotKeyService.reset();
+}
+
+void ViewFixture::reset()
+{
+    release();
+    m_copied.clear();
+    m_dir = std::make_unique<QTemporaryDir>();
+    VaultStore::Configuration configuration;
+    configuration.dataFilePath = m_dir->filePath(QStringLiteral("data/keybinds.json"));
+    QDir().mkpath(m_dir->filePath(QStringLiteral("data")));
+    QFile file(configuration.dataFilePath);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(VaultCodec::encode(sampleVault()));
+    file.close();
+
+    m_workspace = std::make_unique<FakeWorkspace>();
+    m_trust = std::make_unique<FakeAccessibilityTrust>();
+    m_elements = std::make_unique<FakeAccessibilityElementFactory>();
+    m_alerts = std::make_unique<FakeAlertPresenter>();
+    m_hotKeyService = std::make_unique<FakeHotKeyService>();
+    HotKey::HotKeysController::setService(m_hotKeyService.get());
+    m_scheduler = std::make_unique<ManualScheduler>();
+    m_store = std::make_unique<VaultStore>(configuration);
+    m_scanner = std::make_unique<AppMenuScanner>(*m_workspace, *m_trust, *m_elements, *m_alerts);
+    m_defaults = std::make_unique<DefaultsStore>(m_dir->filePath(QStringLiteral("defaults.json")));
+    m_hotkeys = std::make_unique<HotkeyManager>(*m_defaults, *m_scheduler, [] {});
+}
+
+QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID)
+{
+    QVariantList helpers;
+    for (TextHelperAction action : TextHelperActions::all()) {
+        helpers.append(
+            QVariantMap{{QStringLiteral("raw"), TextHelperActions::rawValue(action)},
+                        {QStringLiteral("title"), TextHelperActions::title(action)},
+                        {QStringLiteral("help"), TextHelperActions::description(action)}});
+    }
+    return keep(new CheatSheetModel(
+        *m_store, *m_scanner, tracked(appName, bundleID),
+        [this](const QString& text) { m_copied << text; }, helpers, &m_models));
+}
+
+QObject* ViewFixture::navigator()
+{
+    return keep(new ListNavigator(&m_models));
+}
+
+QObject* ViewFixture::browser()
+{
+    return keep(new BrowserModel(
+        *m_store, *m_scanner, [this](const QString& text) { m_copied << text; }, &m_models));
+}
+
+QObject* ViewFixture::settings()
+{
+    return keep(new SettingsModel(*m_store, m_hotkeys.get(), *m_trust, &m_models));
+}
+
+void ViewFixture::startScan(const QString& appName, const QString& bundleID)
+{
+    m_scanner->scanAndMergeCurrentApp(tracked(appName, bundleID), *m_store);
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace Tessaline {
+class AppMenuScanner;
+class DefaultsStore;
+class HotkeyManager;
+class VaultStore;
+namespace Testing {
+class FakeAccessibilityElementFactory;
+class FakeAccessibilityTrust;
+class FakeAlertPresenter;
+class FakeHotKeyService;
+class FakeWorkspace;
+class ManualScheduler;
+} // namespace Testing
+} // namespace Tessaline
+
+class QQmlEngine;
+
+/// What the view tests build their views on: a real vault in a private folder (a global list,
+/// the "Editor" pack with three shortcuts and the empty "Hollow" pack), a scanner over a faked
+/// desktop, and the models the application hands to its views. Reachable from QML as `fixture`.
+class ViewFixture : public QObject
+{
+    Q_OBJECT
+public:
+    explicit ViewFixture(QObject* parent = nullptr);
+    ~ViewFixture() override;
+
+    /// Starts over with a fresh vault, scanner and hotkey; models made before stay usable
+    /// only until the next reset.
+    Q_INVOKABLE
+    void reset();
+    /// A cheat-sheet model for the app (an empty bundle id means none).
+    Q_INVOKABLE
+    QObject* cheatSheet(const QString& appName, const QString& bundleID);
+    /// A fresh keyboard navigator for a cheat-sheet view.
+    Q_INVOKABLE
+    QObject* navigator();
+    Q_INVOKABLE
+    QObject* browser();
+    Q_INVOKABLE
+    QObject* settings();
+    /// Starts a current-app scan; the faked desktop runs no app, so it ends with a message.
+    Q_INVOKABLE
+    void startScan(const QString& appName, const QString& bundleID);
+    /// Every text the models put on the clipboard.
+    Q_INVOKABLE
+    QStringList copied() const { return m_copied; }
+
+private:
+    void release();
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<Tessaline::Testing::FakeWorkspace> m_workspace;
+    std::unique_ptr<Tessaline::Testing::FakeAccessibilityTrust> m_trust;
+    std::unique_ptr<Tessaline::Testing::FakeAccessibilityElementFactory> m_elements;
+    std::unique_ptr<Tessaline::Testing::FakeAlertPresenter> m_alerts;
+    std::unique_ptr<Tessaline::Testing::FakeHotKeyService> m_hotKeyService;
+    std::unique_ptr<Tessaline::Testing::ManualScheduler> m_scheduler;
+    std::unique_ptr<Tessaline::VaultStore> m_store;
+    std::unique_ptr<Tessaline::AppMenuScanner> m_scanner;
+    std::unique_ptr<Tessaline::DefaultsStore> m_defaults;
+    std::unique_ptr<Tessaline::HotkeyManager> m_hotkeys;
+    QObject m_models;
+    QStringList m_copied;
+};

@@ -1,0 +1,241 @@
+import QtQuick
+import QtTest
+import "qrc:/Tessaline/qml"
+
+// The cheat sheet's texts and states over a real vault: the "Editor" app has three shortcuts,
+// "Hollow" has a pack without any.
+Item {
+    id: stage
+    width: 760
+    height: 620
+
+    TestCase {
+        id: testCase
+        name: "ContentView"
+        when: windowShown
+
+        Component {
+            id: viewComponent
+            ContentView {}
+        }
+        Component {
+            id: spyComponent
+            SignalSpy {}
+        }
+
+        function init() { fixture.reset() }
+
+        function makeView(appName, bundleID) {
+            const view = createTemporaryObject(viewComponent, stage, {
+                model: fixture.cheatSheet(appName, bundleID),
+                navigator: fixture.navigator()
+            })
+            verify(view, "ContentView was not created")
+            return view
+        }
+
+        function spyOn(target, signalName) {
+            return createTemporaryObject(spyComponent, testCase,
+                                         { target: target, signalName: signalName })
+        }
+
+        // Every visible item under `item` whose `text` is exactly `text`.
+        function withText(item, text) {
+            let found = []
+            const visit = function (node) {
+                if (!node || !node.visible)
+                    return
+                if (node.text !== undefined && node.text === text) {
+                    // A control's own label repeats its text: count the control once.
+                    found.push(node)
+                    return
+                }
+                for (let i = 0; i < node.children.length; ++i)
+                    visit(node.children[i])
+            }
+            visit(item)
+            return found
+        }
+
+        // The header's symbol buttons, in layout order.
+        function headerButtons(item) {
+            let found = []
+            const visit = function (node) {
+                if (!node)
+                    return
+                if (node.systemName !== undefined && node.help !== "Dismiss scan status")
+                    found.push(node)
+                for (let i = 0; i < node.children.length; ++i)
+                    visit(node.children[i])
+            }
+            visit(item)
+            return found
+        }
+
+        function click(item) {
+            verify(item, "nothing to click")
+            mouseClick(item, item.width / 2, item.height / 2)
+        }
+
+        function test_readyApp() {
+            const view = makeView("Editor", "org.example.Editor")
+            compare(findChild(view, "statusPill").text, "Vault ready")
+            compare(findChild(view, "subtitle").text,
+                    "Showing commands for the app you were using before opening Tessaline.")
+            verify(!findChild(view, "missingAppCallout").visible)
+            verify(!findChild(view, "scanStatusCard").visible)
+            verify(!findChild(view, "emptySearch").visible)
+            compare(withText(view, "Editor").length, 1)
+            const list = findChild(view, "shortcutList")
+            compare(list.count, 5)
+        }
+
+        function test_appWithEmptyPackIsNotScanned() {
+            const view = makeView("Hollow", "org.example.Hollow")
+            compare(findChild(view, "statusPill").text, "Not scanned yet")
+            compare(findChild(view, "subtitle").text,
+                    "Search global shortcuts now, or scan this app to add its menu commands.")
+            const callout = findChild(view, "missingAppCallout")
+            verify(callout.visible)
+            compare(withText(callout, "This app is not in the vault yet").length, 1)
+            compare(withText(callout, "Click Scan Menus to read commands from Hollow's menu bar. "
+                                      + "Global Mac essentials are still shown below.").length, 1)
+            // The global list is still there.
+            compare(findChild(view, "shortcutList").count, 2)
+        }
+
+        function test_unknownAppShowsTheCalloutAndItsButtonScans() {
+            const view = makeView("Stranger", "")
+            compare(findChild(view, "statusPill").text, "Not scanned yet")
+            const spy = spyOn(view, "scanMenus")
+            const buttons = withText(findChild(view, "missingAppCallout"), "Scan Menus")
+            compare(buttons.length, 1)
+            click(buttons[0])
+            compare(spy.count, 1)
+        }
+
+        function test_emptySearchReplacesTheSectionsButKeepsTheCallout() {
+            const view = makeView("Hollow", "org.example.Hollow")
+            const list = findChild(view, "shortcutList")
+            view.model.filter = "qqqzzzxxx"
+            compare(list.count, 0)
+            const empty = findChild(view, "emptySearch")
+            verify(empty.visible)
+            compare(withText(empty, "Nothing matches that search").length, 1)
+            compare(withText(empty, "Try the app name, action, key symbols, or tags like screenshot.")
+                    .length, 1)
+            verify(findChild(view, "missingAppCallout").visible)
+            // No section header is left standing.
+            compare(withText(list, "GLOBAL MAC ESSENTIALS").length, 0)
+            view.model.filter = ""
+            verify(!empty.visible)
+            compare(list.count, 2)
+        }
+
+        function test_emptySearchKeepsTheScanCard() {
+            const view = makeView("Editor", "org.example.Editor")
+            fixture.startScan("Editor", "org.example.Editor")
+            tryVerify(function () { return !view.model.isScanning })
+            view.model.filter = "qqqzzzxxx"
+            verify(findChild(view, "emptySearch").visible)
+            const card = findChild(view, "scanStatusCard")
+            verify(card.visible)
+            compare(withText(card, "Editor is not running anymore.").length, 1)
+        }
+
+        function test_openingClearsTheSearch() {
+            const model = fixture.cheatSheet("Editor", "org.example.Editor")
+            model.filter = "save"
+            const view = createTemporaryObject(viewComponent, stage,
+                                               { model: model, navigator: fixture.navigator() })
+            compare(model.filter, "")
+            compare(findChild(view, "searchField").text, "")
+            compare(findChild(view, "shortcutList").count, 5)
+        }
+
+        function test_dismissButtonIsAbsentWhileScanning() {
+            const view = makeView("Editor", "org.example.Editor")
+            fixture.startScan("Editor", "org.example.Editor")
+            // The scan runs on the next event-loop turn: the view shows the running state now.
+            verify(view.model.isScanning)
+            const card = findChild(view, "scanStatusCard")
+            verify(card.visible)
+            compare(withText(card, "Scanning Editor menus...").length, 1)
+            verify(!findChild(view, "dismissScanStatus").visible)
+            verify(!findChild(view, "scanButton").enabled)
+
+            tryVerify(function () { return !view.model.isScanning })
+            const dismiss = findChild(view, "dismissScanStatus")
+            verify(dismiss.visible)
+            // The button has just appeared: let its row lay it out before clicking.
+            waitForRendering(view)
+            click(dismiss)
+            compare(view.model.scanStatus, "")
+            verify(!card.visible)
+        }
+
+        function test_scanCardAppearsInSightAtTheTop() {
+            const view = makeView("Editor", "org.example.Editor")
+            const list = findChild(view, "shortcutList")
+            waitForRendering(view)
+            fixture.startScan("Editor", "org.example.Editor")
+            const card = findChild(view, "scanStatusCard")
+            verify(card.visible)
+            // The whole card lies inside the list's visible area, not scrolled off above it.
+            tryVerify(function () { return card.mapToItem(list, 0, 0).y >= 0 }, 1000,
+                      "the scan card sits above the visible part of the list")
+            tryVerify(function () { return !view.model.isScanning })
+        }
+
+        function test_headerButtons() {
+            const view = makeView("Editor", "org.example.Editor")
+            const buttons = headerButtons(view)
+            compare(buttons.length, 5)
+            const names = ["Browse every saved shortcut", "Settings", "Reload keybinds",
+                           "Scan the current app's menus", "Close"]
+            const symbols = ["rectangle.grid.1x2", "gearshape", "arrow.clockwise", "text.viewfinder",
+                             "xmark"]
+            const signalNames = ["browseAll", "settings", "reload", "scanMenus", "close"]
+            for (let i = 0; i < 5; ++i) {
+                compare(buttons[i].Accessible.name, names[i])
+                compare(buttons[i].systemName, symbols[i])
+                const spy = spyOn(view, signalNames[i])
+                click(buttons[i])
+                compare(spy.count, 1, signalNames[i])
+            }
+        }
+
+        function test_escapeCloses() {
+            const view = makeView("Editor", "org.example.Editor")
+            const spy = spyOn(view, "close")
+            keyClick(Qt.Key_Escape)
+            compare(spy.count, 1)
+        }
+
+        function test_helperBarButtons() {
+            const view = makeView("Editor", "org.example.Editor")
+            const titles = ["Insert Bullet", "Insert Checklist", "Insert Divider", "Paste Plain Text"]
+            const raws = ["bullet", "checklist", "divider", "pastePlainText"]
+            const spy = spyOn(view, "helperAction")
+            for (let i = 0; i < titles.length; ++i) {
+                const buttons = withText(view, titles[i])
+                compare(buttons.length, 1, titles[i])
+                click(buttons[0])
+                compare(spy.signalArguments[i][0], raws[i])
+            }
+            compare(withText(view, "QUICK HELPERS").length, 1)
+        }
+
+        function test_keyboardSelectionAndCopy() {
+            const view = makeView("Editor", "org.example.Editor")
+            const list = findChild(view, "shortcutList")
+            compare(view.navigator.itemCount, 5)
+            // Typing narrows the list and clears the selection.
+            view.navigator.selection = 3
+            view.model.filter = "save"
+            compare(view.navigator.selection, -1)
+            compare(view.navigator.itemCount, 1)
+            compare(list.count, 1)
+        }
+    }
+}

@@ -1,0 +1,69 @@
+import QtQuick
+import QtTest
+import "qrc:/Tessaline/qml"
+
+// The settings window's hotkey recorder, driven by key presses.
+Item {
+    id: stage
+    width: 600
+    height: 560
+
+    TestCase {
+        id: testCase
+        name: "SettingsView"
+        when: windowShown
+
+        Component {
+            id: viewComponent
+            SettingsView {}
+        }
+
+        function init() { fixture.reset() }
+
+        function makeView() {
+            const view = createTemporaryObject(viewComponent, stage, { model: fixture.settings() })
+            verify(view, "SettingsView was not created")
+            return view
+        }
+
+        function recorderText(view) { return findChild(view, "recorderText").text }
+
+        function record(view) {
+            const recorder = findChild(view, "hotkeyRecorder")
+            mouseClick(recorder, recorder.width / 2, recorder.height / 2)
+            verify(recorder.activeFocus)
+            return recorder
+        }
+
+        function test_disabledHotkeyReadsClickToRecord() {
+            const view = makeView()
+            compare(recorderText(view), "Click to record")
+            verify(!findChild(view, "registrationMessage").visible)
+        }
+
+        function test_recordingOptionCommandJ() {
+            const view = makeView()
+            const recorder = record(view)
+            keyClick(Qt.Key_J, Qt.AltModifier | Qt.MetaModifier)
+            compare(recorderText(view), "⌥⌘J")
+            const message = findChild(view, "registrationMessage")
+            verify(message.visible)
+            compare(message.text, "HUD hotkey set to ⌥⌘J.")
+            verify(findChild(view, "hotkeyToggle").checked)
+            // The recorder keeps focus: the next chord replaces the last.
+            verify(recorder.activeFocus)
+            keyClick(Qt.Key_K, Qt.ControlModifier | Qt.MetaModifier)
+            compare(recorderText(view), "⌃⌘K")
+        }
+
+        function test_keyWithoutModifierChangesOnlyTheMessage() {
+            const view = makeView()
+            record(view)
+            keyClick(Qt.Key_J)
+            compare(recorderText(view), "Click to record")
+            compare(findChild(view, "registrationMessage").text,
+                    "Choose at least one modifier, like Control or Option.")
+            verify(!findChild(view, "hotkeyToggle").checked)
+        }
+    }
+}

@@ -1,0 +1,121 @@
+import QtQuick
+import QtTest
+import "qrc:/Tessaline/qml"
+
+// The browser window over a real vault: two app packs, five shortcuts in all.
+Item {
+    id: stage
+    width: 800
+    height: 660
+
+    TestCase {
+        id: testCase
+        name: "VaultBrowserView"
+        when: windowShown
+
+        Component {
+            id: viewComponent
+            VaultBrowserView {}
+        }
+        Component {
+            id: spyComponent
+            SignalSpy {}
+        }
+
+        function init() { fixture.reset() }
+
+        function makeView() {
+            const view = createTemporaryObject(viewComponent, stage, { model: fixture.browser() })
+            verify(view, "VaultBrowserView was not created")
+            return view
+        }
+
+        function withText(item, text) {
+            let found = []
+            const visit = function (node) {
+                if (!node || !node.visible)
+                    return
+                if (node.text !== undefined && node.text === text) {
+                    // A control's own label repeats its text: count the control once.
+                    found.push(node)
+                    return
+                }
+                for (let i = 0; i < node.children.length; ++i)
+                    visit(node.children[i])
+            }
+            visit(item)
+            return found
+        }
+
+        function click(item) {
+            verify(item, "nothing to click")
+            mouseClick(item, item.width / 2, item.height / 2)
+        }
+
+        function test_countsLine() {
+            const view = makeView()
+            compare(findChild(view, "countsLine").text, "2 app packs • 5 shortcuts")
+            compare(withText(view, "All Shortcuts").length, 1)
+            verify(findChild(view, "browserList").visible)
+            compare(findChild(view, "browserList").count, 5)
+            verify(!findChild(view, "emptyState").visible)
+        }
+
+        function test_emptyState() {
+            const view = makeView()
+            view.model.query = "no shortcut is called this"
+            const empty = findChild(view, "emptyState")
+            verify(empty.visible)
+            verify(!findChild(view, "browserList").visible)
+            compare(withText(empty, "No shortcuts found").length, 1)
+            compare(withText(empty, "Try an app name like Finder, a command like screenshot, "
+                                    + "or a chord like ⌘ K.").length, 1)
+            // The counts describe the vault, not the filter.
+            compare(findChild(view, "countsLine").text, "2 app packs • 5 shortcuts")
+            view.model.query = "   "
+            verify(!empty.visible)
+            compare(findChild(view, "browserList").count, 5)
+        }
+
+        function test_typingFilters() {
+            const view = makeView()
+            const search = findChild(view, "browserSearch")
+            search.forceActiveFocus()
+            keyClick(Qt.Key_Y)
+            keyClick(Qt.Key_A)
+            keyClick(Qt.Key_N)
+            keyClick(Qt.Key_K)
+            compare(view.model.query, "yank")
+            compare(findChild(view, "browserList").count, 1)
+        }
+
+        function test_showJsonEmitsItsSignal() {
+            const view = makeView()
+            const spy = createTemporaryObject(spyComponent, testCase,
+                                              { target: view, signalName: "showJson" })
+            const buttons = withText(view, "Show JSON")
+            compare(buttons.length, 1)
+            click(buttons[0])
+            compare(spy.count, 1)
+        }
+
+        function test_scanOpenAppsEmitsItsSignal() {
+            const view = makeView()
+            const spy = createTemporaryObject(spyComponent, testCase,
+                                              { target: view, signalName: "scanOpenApps" })
+            const button = findChild(view, "scanOpenAppsButton")
+            compare(button.text, "Scan Open Apps")
+            click(button)
+            compare(spy.count, 1)
+        }
+
+        function test_statusLineFollowsTheScanner() {
+            const view = makeView()
+            fixture.startScan("Editor", "org.example.Editor")
+            verify(!findChild(view, "scanOpenAppsButton").enabled)
+            compare(findChild(view, "statusLine").text, "Scanning Editor menus...")
+            tryVerify(function () { return findChild(view, "scanOpenAppsButton").enabled })
+            compare(findChild(view, "statusLine").text, "Editor is not running anymore.")
+        }
+    }
+}

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+// The application root on a faked desktop: the welcome window at launch, the HUD toggle and
+// where the HUD panel goes.
+#include "AppDelegate.h"
+#include "AppWindowPresenter.h"
+#include "FakeAccessibilityElement.h"
+#include "FakeAccessibilityTrust.h"
+#include "FakeAlertPresenter.h"
+#include "FakeClipboard.h"
+#include "FakeClock.h"
+#include "FakeCoachTipPresenter.h"
+#include "FakeHotKeyService.h"
+#include "FakeKeyInjector.h"
+#include "FakeSystemKeyMonitor.h"
+#include "FakeWorkspace.h"
+#include "ManualScheduler.h"
+#include "ShortcutListModel.h"
+#include "SymbolImageProvider.h"
+#include "settings/DefaultsStore.h"
+
+#include <hotkey/HotKeysController.h>
+
+#include <QAbstractItemModel>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(TessalinePlugin)
+
+using namespace Tessaline;
+using namespace Tessaline::Testing;
+
+class tst_AppDelegate : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    FakeWorkspace m_workspace;
+    FakeAccessibilityTrust m_trust;
+    FakeAccessibilityElementFactory m_elements;
+    FakeAlertPresenter m_alerts;
+    FakeSystemKeyMonitor m_keyMonitor;
+    FakeCoachTipPresenter m_tipPresenter;
+    FakeClipboard m_clipboard;
+    FakeKeyInjector m_keyInjector;
+    FakeClock m_clock;
+    ManualScheduler m_scheduler;
+    FakeHotKeyService m_hotKeyService;
+    std::unique_ptr<DefaultsStore> m_defaults;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<AppDelegate> m_delegate;
+
+    void launch()
+    {
+        m_engine = std::make_unique<QQmlEngine>();
+        m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
+        m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
+            m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
+            m_keyInjector, m_clock, m_scheduler, *m_defaults, *m_engine});
+        m_delegate->applicationDidFinishLaunching();
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        HotKey::HotKeysController::setService(&m_hotKeyService);
+        m_defaults = std::make_unique<DefaultsStore>(m_dir->filePath(QStringLiteral("d.json")));
+        m_workspace.frontmost =
+            makeApp(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"), 42);
+        m_trust.trusted = true;
+    }
+
+    void cleanup()
+    {
+        if (m_delegate)
+            m_delegate->applicationWillTerminate();
+        m_delegate.reset();
+        m_engine.reset();
+        m_defaults.reset();
+        HotKey::HotKeysController::setService(nullptr);
+        m_dir.reset();
+    }
+
+    void welcomeWindowOpensUntilOnboardingIsCompleted()
+    {
+        launch();
+        QQuickView* welcome =
+            m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding);
+        QVERIFY(welcome);
+        QVERIFY(welcome->isVisible());
+        QVERIFY(welcome->rootObject());
+        // Finishing it from its button writes the flag.
+        QVERIFY(QMetaObject::invokeMethod(welcome->rootObject(), "complete"));
+        QCOMPARE(m_defaults->boolValue(QStringLiteral("Onboarding.completed")),
+                 std::optional<bool>(true));
+    }
+
+    void noWindowAtLaunchOnceOnboardingIsCompleted()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
+        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Settings));
+        QVERIFY(!m_delegate->panel());
+    }
+
+    void falseFlagStillShowsTheWelcomeWindow()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), false);
+        launch();
+        QVERIFY(m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
+    }
+
+    void togglingShowsThenHidesAndDropsThePanel()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        QSignalSpy shown(m_delegate.get(), &AppDelegate::hudShown);
+        m_delegate->toggleHUD();
+        QPointer<FloatingPanel> first = m_delegate->panel();
+        QVERIFY(first);
+        QVERIFY(first->isVisible());
+        QVERIFY(first->rootObject());
+        QCOMPARE(first->size(), QSize(720, 560));
+        QCOMPARE(first->position(),
+                 AppDelegate::centeredOrigin(AppDelegate::areaUnderMouse(), first->size()));
+        QCOMPARE(shown.count(), 1);
+
+        m_delegate->toggleHUD();
+        QVERIFY(!m_delegate->panel());
+        QVERIFY(QTest::qWaitFor([&first] { return first.isNull(); }, 2000));
+
+        m_delegate->toggleHUD();
+        QVERIFY(m_delegate->panel());
+        QVERIFY(m_delegate->panel()->isVisible());
+        QCOMPARE(shown.count(), 2);
+    }
+
+    void hudShowsTheAppThatWasInFront()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        QQuickItem* root = m_delegate->panel()->rootObject();
+        QVERIFY(root);
+        QObject* model = root->property("model").value<QObject*>();
+        QVERIFY(model);
+        QCOMPARE(model->property("appName").toString(), QStringLiteral("Editor"));
+    }
+
+    void arrowsAndReturnInTheHUDCopyTheSelectedChord()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        FloatingPanel* panel = m_delegate->panel();
+        QVERIFY(QTest::qWaitForWindowActive(panel));
+        QObject* model = panel->rootObject()->property("model").value<QObject*>();
+        QObject* navigator = panel->rootObject()->property("navigator").value<QObject*>();
+        auto* rows = model->property("rows").value<QAbstractItemModel*>();
+        QVERIFY(rows && rows->rowCount() >= 2);
+        const QString second = rows->index(1, 0).data(ShortcutListModel::ChordRole).toString();
+
+        // Return with nothing selected copies nothing.
+        QTest::keyClick(panel, Qt::Key_Return);
+        QVERIFY(!m_clipboard.content);
+        QTest::keyClick(panel, Qt::Key_Down);
+        QTest::keyClick(panel, Qt::Key_Down);
+        QCOMPARE(navigator->property("selection").toInt(), 1);
+        QTest::keyClick(panel, Qt::Key_Return);
+        QCOMPARE(m_clipboard.content, std::optional<QString>(second));
+        // The HUD stays open after a copy.
+        QCOMPARE(m_delegate->panel(), panel);
+        QVERIFY(panel->isVisible());
+
+        // "/" brings the focus back to the search field and types nothing.
+        auto* search = panel->rootObject()->findChild<QQuickItem*>(QStringLiteral("searchField"));
+        QVERIFY(search);
+        panel->rootObject()->forceActiveFocus();
+        QVERIFY(!search->hasActiveFocus());
+        QTest::keyClick(panel, Qt::Key_Slash);
+        QVERIFY(search->hasActiveFocus());
+        QCOMPARE(search->property("text").toString(), QString());
+        QCOMPARE(navigator->property("searchFocusRequest").toInt(), 1);
+        // Typing goes to the search field and clears the selection.
+        QTest::keyClick(panel, Qt::Key_C);
+        QCOMPARE(model->property("filter").toString(), QStringLiteral("c"));
+        QCOMPARE(navigator->property("selection").toInt(), -1);
+    }
+
+    void closeFromTheViewClosesTheHUD()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        QPointer<FloatingPanel> panel = m_delegate->panel();
+        QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "close"));
+        QVERIFY(!m_delegate->panel());
+        QVERIFY(QTest::qWaitFor([&panel] { return panel.isNull(); }, 2000));
+    }
+
+    void helperClosesTheHUDAndPastesNothingWithoutPermission()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        QVERIFY(m_delegate->panel());
+        m_trust.trusted = false;
+        m_delegate->performHelper(TextHelperAction::Bullet);
+        QVERIFY(!m_delegate->panel());
+        m_scheduler.advance(5000);
+        QTest::qWait(10);
+        QCOMPARE(m_keyInjector.posts, 0);
+
+        // With the permission the same helper does paste.
+        m_trust.trusted = true;
+        m_delegate->performHelper(TextHelperAction::Bullet);
+        m_scheduler.advance(5000);
+        QTest::qWait(10);
+        m_scheduler.advance(5000);
+        QCOMPARE(m_keyInjector.posts, 1);
+    }
+};
+
+QTEST_MAIN(tst_AppDelegate)
+#include "tst_AppDelegate.moc"

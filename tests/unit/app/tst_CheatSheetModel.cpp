@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: MIT
+// The cheat sheet's and the browser's models over a real vault file and a scanner whose desktop
+// is faked: header state, rows, copying, scan status and counts.
+#include "AppTestSupport.h"
+#include "BrowserModel.h"
+#include "CheatSheetModel.h"
+#include "FakeAccessibilityElement.h"
+#include "FakeAccessibilityTrust.h"
+#include "FakeAlertPresenter.h"
+#include "FakeWorkspace.h"
+#include "ShortcutListModel.h"
+#include "scan/AppMenuScanner.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Tessaline;
+using namespace Tessaline::Testing;
+using AppTestSupport::item;
+using AppTestSupport::pack;
+
+namespace {
+
+const TrackedApp kEditor{QStringLiteral("Editor"), QStringLiteral("org.example.Editor")};
+const TrackedApp kEmpty{QStringLiteral("Hollow"), QStringLiteral("org.example.Hollow")};
+const TrackedApp kUnknown{QStringLiteral("Stranger"), QStringLiteral("org.example.Stranger")};
+
+VaultData sampleVault()
+{
+    VaultData data;
+    data.global = {item(QStringLiteral("Copy"), QStringLiteral("⌘C")),
+                   item(QStringLiteral("Paste"), QStringLiteral("⌘V"))};
+    data.apps = {pack(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"),
+                      {item(QStringLiteral("Find"), QStringLiteral("⌘F")),
+                       item(QStringLiteral("Save"), QStringLiteral("⌘S")),
+                       item(QStringLiteral("Yank line"), QStringLiteral("⌃Y"))}),
+                 pack(QStringLiteral("Hollow"), QStringLiteral("org.example.Hollow"), {})};
+    return data;
+}
+
+QStringList column(QAbstractItemModel& model, int role)
+{
+    QStringList values;
+    for (int row = 0; row < model.rowCount(); ++row)
+        values << model.index(row, 0).data(role).toString();
+    return values;
+}
+
+} // namespace
+
+class tst_CheatSheetModel : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<FakeWorkspace> m_workspace;
+    std::unique_ptr<FakeAccessibilityTrust> m_trust;
+    std::unique_ptr<FakeAccessibilityElementFactory> m_elements;
+    std::unique_ptr<FakeAlertPresenter> m_alerts;
+    std::unique_ptr<VaultStore> m_store;
+    std::unique_ptr<AppMenuScanner> m_scanner;
+    QStringList m_copied;
+
+    std::unique_ptr<CheatSheetModel> cheatSheet(const TrackedApp& app)
+    {
+        return std::make_unique<CheatSheetModel>(
+            *m_store, *m_scanner, app, [this](const QString& text) { m_copied << text; },
+            QVariantList{});
+    }
+
+    bool waitForScan()
+    {
+        if (!m_scanner->isScanning())
+            return true;
+        QSignalSpy finished(m_scanner.get(), &AppMenuScanner::scanFinished);
+        return finished.wait(5000);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_workspace = std::make_unique<FakeWorkspace>();
+        m_trust = std::make_unique<FakeAccessibilityTrust>();
+        m_elements = std::make_unique<FakeAccessibilityElementFactory>();
+        m_alerts = std::make_unique<FakeAlertPresenter>();
+        m_store = std::make_unique<VaultStore>(AppTestSupport::writeVault(*m_dir, sampleVault()));
+        QVERIFY2(!m_store->lastError(), qPrintable(m_store->lastErrorText()));
+        m_scanner =
+            std::make_unique<AppMenuScanner>(*m_workspace, *m_trust, *m_elements, *m_alerts);
+        m_copied.clear();
+    }
+
+    void cleanup()
+    {
+        m_scanner.reset();
+        m_store.reset();
+        m_dir.reset();
+    }
+
+    void appWithShortcutsIsVaultReady()
+    {
+        auto model = cheatSheet(kEditor);
+        QVERIFY(model->vaultReady());
+        QCOMPARE(model->appName(), QStringLiteral("Editor"));
+        QCOMPARE(model->appBundleID(), QVariant(QStringLiteral("org.example.Editor")));
+        QCOMPARE(model->sectionTitles(), (QStringList{QStringLiteral("Editor shortcuts"),
+                                                      QStringLiteral("Global Mac essentials")}));
+        QCOMPARE(model->flatCount(), 5);
+        QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
+                 (QStringList{QStringLiteral("Find"), QStringLiteral("Save"),
+                              QStringLiteral("Yank line"), QStringLiteral("Copy"),
+                              QStringLiteral("Paste")}));
+        QCOMPARE(column(*model->rows(), ShortcutListModel::GroupRole).first(),
+                 QStringLiteral("Editor shortcuts"));
+    }
+
+    void packWithoutShortcutsCountsAsMissing()
+    {
+        auto model = cheatSheet(kEmpty);
+        QVERIFY(!model->vaultReady());
+        // The global list is still shown.
+        QCOMPARE(model->sectionTitles(), QStringList{QStringLiteral("Global Mac essentials")});
+        QCOMPARE(model->flatCount(), 2);
+    }
+
+    void appWithoutPackIsNotReady()
+    {
+        auto model = cheatSheet(kUnknown);
+        QVERIFY(!model->vaultReady());
+        QCOMPARE(model->flatCount(), 2);
+        auto nameless = cheatSheet(TrackedApp{QStringLiteral("Mac"), std::nullopt});
+        QVERIFY(!nameless->vaultReady());
+        QVERIFY(!nameless->appBundleID().isValid());
+    }
+
+    void filterGoesThroughTheStore()
+    {
+        auto model = cheatSheet(kEditor);
+        QSignalSpy filter(model.get(), &CheatSheetModel::filterChanged);
+        QSignalSpy sections(model.get(), &CheatSheetModel::sectionsChanged);
+        model->setFilter(QStringLiteral("yank"));
+        QCOMPARE(m_store->filter(), QStringLiteral("yank"));
+        QCOMPARE(model->filter(), QStringLiteral("yank"));
+        QCOMPARE(filter.count(), 1);
+        QVERIFY(sections.count() >= 1);
+        QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
+                 QStringList{QStringLiteral("Yank line")});
+        model->setFilter(QStringLiteral("zzzzqqq"));
+        QCOMPARE(model->flatCount(), 0);
+        QVERIFY(model->sectionTitles().isEmpty());
+        // Matching nothing does not change whether the app is in the vault.
+        QVERIFY(model->vaultReady());
+    }
+
+    void copyChordAtUsesTheListAsItIsNow()
+    {
+        auto model = cheatSheet(kEditor);
+        model->copyChordAt(0);
+        model->copyChordAt(4);
+        QCOMPARE(m_copied, (QStringList{QStringLiteral("⌘F"), QStringLiteral("⌘V")}));
+        m_copied.clear();
+        for (int outside : {-1, 5, 100})
+            model->copyChordAt(outside);
+        QVERIFY(m_copied.isEmpty());
+
+        // A selection that fell out of range after the list shrank copies nothing.
+        m_store->setFilter(QStringLiteral("save"));
+        QCOMPARE(model->flatCount(), 1);
+        model->copyChordAt(3);
+        QVERIFY(m_copied.isEmpty());
+        model->copyChordAt(0);
+        QCOMPARE(m_copied, QStringList{QStringLiteral("⌘S")});
+    }
+
+    void copyChordHandsTheTextOn()
+    {
+        auto model = cheatSheet(kEditor);
+        model->copyChord(QStringLiteral("⌥⌘Z"));
+        QCOMPARE(m_copied, QStringList{QStringLiteral("⌥⌘Z")});
+    }
+
+    void toggleFavoriteWritesTheVault()
+    {
+        auto model = cheatSheet(kEditor);
+        model->toggleFavorite(1); // Save
+        const std::optional<ShortcutItem> saved =
+            m_store->storedItem(item(QStringLiteral("Save"), QStringLiteral("⌘S")).id(), kEditor);
+        QVERIFY(saved);
+        QCOMPARE(saved->favorite, std::optional<bool>(true));
+        QCOMPARE(model->sectionTitles().first(), QStringLiteral("Favorites for Editor"));
+        // Out of range does nothing.
+        model->toggleFavorite(-1);
+        model->toggleFavorite(99);
+        QCOMPARE(model->flatCount(), 5);
+    }
+
+    void scanStatusBelongsToTheScannedApp()
+    {
+        auto editor = cheatSheet(kEditor);
+        auto other = cheatSheet(kUnknown);
+        QSignalSpy status(editor.get(), &CheatSheetModel::scanStatusChanged);
+        QVERIFY(editor->scanStatus().isEmpty());
+        QVERIFY(!editor->isScanning());
+
+        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(editor->isScanning());
+        QCOMPARE(editor->scanStatus(), QStringLiteral("Scanning Editor menus..."));
+        QVERIFY(other->scanStatus().isEmpty());
+        QVERIFY(status.count() >= 1);
+
+        QVERIFY(waitForScan());
+        QVERIFY(!editor->isScanning());
+        // The fake desktop runs no such app.
+        QCOMPARE(editor->scanStatus(), QStringLiteral("Editor is not running anymore."));
+    }
+
+    void dismissScanStatusClearsIt()
+    {
+        auto model = cheatSheet(kEditor);
+        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(waitForScan());
+        QVERIFY(!model->scanStatus().isEmpty());
+        QSignalSpy status(model.get(), &CheatSheetModel::scanStatusChanged);
+        model->dismissScanStatus();
+        QVERIFY(model->scanStatus().isEmpty());
+        QVERIFY(!m_scanner->statusText());
+        QVERIFY(!m_scanner->statusAppBundleID());
+        QVERIFY(status.count() >= 1);
+    }
+
+    void vaultChangesRecomputeTheRows()
+    {
+        auto model = cheatSheet(kUnknown);
+        QSignalSpy sections(model.get(), &CheatSheetModel::sectionsChanged);
+        m_store->mergeScannedShortcuts({item(QStringLiteral("Reveal"), QStringLiteral("⌘R"))},
+                                       kUnknown);
+        QVERIFY(sections.count() >= 1);
+        QVERIFY(model->vaultReady());
+        QCOMPARE(model->flatCount(), 3);
+    }
+
+    void rowsModelIsAWellBehavedListModel()
+    {
+        auto model = cheatSheet(kEditor);
+        QAbstractItemModelTester tester(model->rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(model->rows()->rowCount(), 5);
+        const QHash<int, QByteArray> roles = model->rows()->roleNames();
+        for (const char* name :
+             {"group", "name", "nameHtml", "chord", "detail", "favorite", "scanned"})
+            QVERIFY2(roles.values().contains(QByteArray(name)), name);
+        m_store->setFilter(QStringLiteral("find"));
+        QCOMPARE(model->rows()->rowCount(), 1);
+        QCOMPARE(column(*model->rows(), ShortcutListModel::ChordRole),
+                 QStringList{QStringLiteral("⌘F")});
+        m_store->setFilter(QString());
+        model->toggleFavorite(0);
+        m_store->setFilter(QStringLiteral("nothing at all here"));
+        QCOMPARE(model->rows()->rowCount(), 0);
+        QVERIFY(!model->rows()->index(0, 0).isValid());
+    }
+
+    void scannedRowsAreMarked()
+    {
+        auto model = cheatSheet(kUnknown);
+        ShortcutItem reveal = item(QStringLiteral("Reveal"), QStringLiteral("⌘R"));
+        reveal.source = QStringLiteral("scanned-menu");
+        ShortcutItem tagged = item(QStringLiteral("Tagged"), QStringLiteral("⌘T"));
+        tagged.tags = QStringList{QStringLiteral("scanned")};
+        m_store->mergeScannedShortcuts({reveal, tagged}, kUnknown);
+        const QStringList names = column(*model->rows(), ShortcutListModel::NameRole);
+        for (const QString& scanned : {QStringLiteral("Reveal"), QStringLiteral("Tagged")}) {
+            const int row = static_cast<int>(names.indexOf(scanned));
+            QVERIFY(row >= 0);
+            QVERIFY(model->rows()->index(row, 0).data(ShortcutListModel::ScannedRole).toBool());
+        }
+        const int copy = static_cast<int>(names.indexOf(QStringLiteral("Copy")));
+        QVERIFY(!model->rows()->index(copy, 0).data(ShortcutListModel::ScannedRole).toBool());
+    }
+
+    // The browser window's model.
+
+    void browserCountsPacksAndEveryRow()
+    {
+        BrowserModel browser(*m_store, *m_scanner, [this](const QString& t) { m_copied << t; });
+        QAbstractItemModelTester tester(browser.rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(browser.appPackCount(), 2);
+        QCOMPARE(browser.shortcutCount(), 5);
+        QCOMPARE(browser.rowCount(), 5);
+        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
+        QCOMPARE(browser.countForGroup(QStringLiteral("Global Mac essentials")), 2);
+        QCOMPARE(browser.bundleIDForGroup(QStringLiteral("Editor")),
+                 QVariant(QStringLiteral("org.example.Editor")));
+        QVERIFY(!browser.bundleIDForGroup(QStringLiteral("Global Mac essentials")).isValid());
+        // The global group comes first.
+        QCOMPARE(browser.rows()->index(0, 0).data(ShortcutListModel::GroupRole).toString(),
+                 QStringLiteral("Global Mac essentials"));
+        browser.copyChord(QStringLiteral("⌘C"));
+        QCOMPARE(m_copied, QStringList{QStringLiteral("⌘C")});
+    }
+
+    void browserQueryFiltersButCountsStay()
+    {
+        BrowserModel browser(*m_store, *m_scanner, {});
+        QSignalSpy rows(&browser, &BrowserModel::rowsChanged);
+        QSignalSpy query(&browser, &BrowserModel::queryChanged);
+        browser.setQuery(QStringLiteral("   "));
+        QCOMPARE(browser.rowCount(), 5);
+        browser.setQuery(QStringLiteral("org.example.editor"));
+        QCOMPARE(browser.rowCount(), 3);
+        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
+        browser.setQuery(QStringLiteral("no such shortcut anywhere"));
+        QCOMPARE(browser.rowCount(), 0);
+        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 0);
+        QCOMPARE(browser.shortcutCount(), 5);
+        QCOMPARE(browser.appPackCount(), 2);
+        QCOMPARE(query.count(), 3);
+        QCOMPARE(rows.count(), 3);
+        browser.setQuery(QStringLiteral("no such shortcut anywhere"));
+        QCOMPARE(query.count(), 3);
+    }
+
+    void browserFollowsTheVaultAndTheScanner()
+    {
+        BrowserModel browser(*m_store, *m_scanner, {});
+        QSignalSpy counts(&browser, &BrowserModel::countsChanged);
+        QSignalSpy scanner(&browser, &BrowserModel::scannerChanged);
+        m_store->mergeScannedShortcuts({item(QStringLiteral("Reveal"), QStringLiteral("⌘R"))},
+                                       kUnknown);
+        QVERIFY(counts.count() >= 1);
+        QCOMPARE(browser.appPackCount(), 3);
+        QCOMPARE(browser.shortcutCount(), 6);
+
+        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(browser.isScanning());
+        QCOMPARE(browser.statusText(), QStringLiteral("Scanning Editor menus..."));
+        QVERIFY(scanner.count() >= 1);
+        QVERIFY(waitForScan());
+        QVERIFY(!browser.isScanning());
+    }
+};
+
+QTEST_MAIN(tst_CheatSheetModel)
+#include "tst_CheatSheetModel.moc"

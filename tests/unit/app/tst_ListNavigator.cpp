@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+// Keyboard control of the cheat-sheet list, driven by real key presses delivered to real windows.
+#include "ListNavigator.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWindow>
+
+using Tessaline::ListNavigator;
+
+namespace {
+
+/// A window that records every key press that reaches it.
+class KeyWindow : public QWindow
+{
+public:
+    QList<int> received;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        received.append(event->key());
+        event->accept();
+    }
+};
+
+} // namespace
+
+class tst_ListNavigator : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<KeyWindow> m_panel;
+    std::unique_ptr<KeyWindow> m_other;
+    std::unique_ptr<ListNavigator> m_navigator;
+    QList<int> m_activated;
+
+    bool activate(QWindow& window)
+    {
+        window.show();
+        window.requestActivate();
+        return QTest::qWaitForWindowActive(&window) && QGuiApplication::focusWindow() == &window;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_panel = std::make_unique<KeyWindow>();
+        m_panel->resize(200, 200);
+        m_other = std::make_unique<KeyWindow>();
+        m_other->resize(200, 200);
+        m_navigator = std::make_unique<ListNavigator>();
+        m_navigator->setPanel(m_panel.get());
+        m_activated.clear();
+        m_navigator->setOnActivate([this](int index) { m_activated.append(index); });
+        m_navigator->start();
+        QVERIFY(activate(*m_panel));
+    }
+
+    void cleanup()
+    {
+        m_navigator.reset();
+        m_other.reset();
+        m_panel.reset();
+    }
+
+    void startsWithNothingSelected()
+    {
+        ListNavigator fresh;
+        QCOMPARE(fresh.selection(), -1);
+        QCOMPARE(fresh.searchFocusRequest(), 0);
+        QCOMPARE(fresh.itemCount(), 0);
+        QVERIFY(!fresh.isStarted());
+    }
+
+    void zeroRowsPassEveryKeyThrough()
+    {
+        m_navigator->syncCount(0);
+        QSignalSpy focus(m_navigator.get(), &ListNavigator::searchFocusRequestChanged);
+        for (Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Slash})
+            QTest::keyClick(m_panel.get(), key);
+        QCOMPARE(m_panel->received, (QList<int>{Qt::Key_Down, Qt::Key_Up, Qt::Key_Return,
+                                                Qt::Key_Enter, Qt::Key_Slash}));
+        QCOMPARE(m_navigator->selection(), -1);
+        QCOMPARE(m_navigator->searchFocusRequest(), 0);
+        QCOMPARE(focus.count(), 0);
+        QVERIFY(m_activated.isEmpty());
+    }
+
+    void anotherFocusedWindowGetsEveryKey()
+    {
+        m_navigator->syncCount(5);
+        m_navigator->setSelection(1);
+        QVERIFY(activate(*m_other));
+        for (Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Slash})
+            QTest::keyClick(m_other.get(), key);
+        QCOMPARE(m_other->received,
+                 (QList<int>{Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Slash}));
+        QVERIFY(m_panel->received.isEmpty());
+        QCOMPARE(m_navigator->selection(), 1);
+        QCOMPARE(m_navigator->searchFocusRequest(), 0);
+        QVERIFY(m_activated.isEmpty());
+    }
+
+    void downFromNoneSelectsTheFirstRowAndStopsAtTheLast()
+    {
+        m_navigator->syncCount(3);
+        QSignalSpy changed(m_navigator.get(), &ListNavigator::selectionChanged);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QCOMPARE(m_navigator->selection(), 0);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QCOMPARE(m_navigator->selection(), 2);
+        // No wrapping past the end.
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QCOMPARE(m_navigator->selection(), 2);
+        QCOMPARE(changed.count(), 3);
+        // The arrows are consumed: the panel's own controls never see them.
+        QVERIFY(m_panel->received.isEmpty());
+    }
+
+    void upFromNoneSelectsTheFirstRowAndStopsThere()
+    {
+        m_navigator->syncCount(4);
+        QTest::keyClick(m_panel.get(), Qt::Key_Up);
+        QCOMPARE(m_navigator->selection(), 0);
+        QTest::keyClick(m_panel.get(), Qt::Key_Up);
+        QCOMPARE(m_navigator->selection(), 0);
+        m_navigator->setSelection(3);
+        QTest::keyClick(m_panel.get(), Qt::Key_Up);
+        QCOMPARE(m_navigator->selection(), 2);
+        QVERIFY(m_panel->received.isEmpty());
+    }
+
+    void returnWithoutSelectionPassesTheEventOn()
+    {
+        m_navigator->syncCount(4);
+        QSignalSpy activated(m_navigator.get(), &ListNavigator::activated);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return);
+        QCOMPARE(m_panel->received, QList<int>{Qt::Key_Return});
+        QVERIFY(m_activated.isEmpty());
+        QCOMPARE(activated.count(), 0);
+    }
+
+    void returnOnASelectedRowActivatesItAndIsConsumed()
+    {
+        m_navigator->syncCount(4);
+        m_navigator->setSelection(2);
+        QSignalSpy activated(m_navigator.get(), &ListNavigator::activated);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return);
+        QCOMPARE(m_activated, QList<int>{2});
+        QCOMPARE(activated.count(), 1);
+        QCOMPARE(activated.at(0).at(0).toInt(), 2);
+        // The keypad's Enter does the same.
+        QTest::keyClick(m_panel.get(), Qt::Key_Enter);
+        QCOMPARE(m_activated, (QList<int>{2, 2}));
+        QVERIFY(m_panel->received.isEmpty());
+    }
+
+    void slashAsksForTheSearchFieldAndIsConsumed()
+    {
+        m_navigator->syncCount(2);
+        QSignalSpy focus(m_navigator.get(), &ListNavigator::searchFocusRequestChanged);
+        QTest::keyClick(m_panel.get(), Qt::Key_Slash);
+        QTest::keyClick(m_panel.get(), Qt::Key_Slash);
+        QCOMPARE(m_navigator->searchFocusRequest(), 2);
+        QCOMPARE(focus.count(), 2);
+        QVERIFY(m_panel->received.isEmpty());
+        QCOMPARE(m_navigator->selection(), -1);
+    }
+
+    void otherKeysPassThrough()
+    {
+        m_navigator->syncCount(2);
+        QTest::keyClick(m_panel.get(), Qt::Key_A);
+        QTest::keyClick(m_panel.get(), Qt::Key_Escape);
+        QCOMPARE(m_panel->received, (QList<int>{Qt::Key_A, Qt::Key_Escape}));
+    }
+
+    void shrinkingTheListClampsTheSelection()
+    {
+        QSignalSpy counts(m_navigator.get(), &ListNavigator::itemCountChanged);
+        m_navigator->syncCount(10);
+        m_navigator->setSelection(7);
+        m_navigator->syncCount(3);
+        QCOMPARE(m_navigator->selection(), 2);
+        QCOMPARE(m_navigator->itemCount(), 3);
+        m_navigator->syncCount(0);
+        QCOMPARE(m_navigator->selection(), -1);
+        QCOMPARE(counts.count(), 3);
+        // Growing keeps the selection where it is.
+        m_navigator->syncCount(5);
+        m_navigator->setSelection(1);
+        m_navigator->syncCount(8);
+        QCOMPARE(m_navigator->selection(), 1);
+    }
+
+    void stoppedNavigatorIgnoresKeysAndClearsTheSelection()
+    {
+        m_navigator->syncCount(5);
+        m_navigator->setSelection(3);
+        m_navigator->stop();
+        QVERIFY(!m_navigator->isStarted());
+        QCOMPARE(m_navigator->selection(), -1);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QTest::keyClick(m_panel.get(), Qt::Key_Slash);
+        QCOMPARE(m_panel->received, (QList<int>{Qt::Key_Down, Qt::Key_Slash}));
+        QCOMPARE(m_navigator->selection(), -1);
+        QCOMPARE(m_navigator->searchFocusRequest(), 0);
+    }
+};
+
+QTEST_MAIN(tst_ListNavigator)
+#include "tst_ListNavigator.moc"

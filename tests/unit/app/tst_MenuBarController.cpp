@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// The tray icon's command menu: its entries, their order and what choosing each one does.
+#include "MenuBarController.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QTest>
+
+using namespace Tessaline;
+
+class tst_MenuBarController : public QObject
+{
+    Q_OBJECT
+
+    QStringList m_calls;
+    QList<TextHelperAction> m_helpers;
+
+    MenuBarController::Actions recordingActions()
+    {
+        auto record = [this](const QString& name) { return [this, name] { m_calls << name; }; };
+        return MenuBarController::Actions{
+            record(QStringLiteral("toggleHUD")),
+            record(QStringLiteral("browseAll")),
+            record(QStringLiteral("scanCurrentApp")),
+            record(QStringLiteral("scanOpenApps")),
+            record(QStringLiteral("showSettings")),
+            record(QStringLiteral("showOnboarding")),
+            [this](TextHelperAction action) { m_helpers << action; },
+        };
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_calls.clear();
+        m_helpers.clear();
+    }
+
+    void menuHasTenEntriesInOrder()
+    {
+        MenuBarController controller(recordingActions());
+        std::unique_ptr<QMenu> menu(controller.buildMenu());
+        const QList<QAction*> entries = menu->actions();
+        QCOMPARE(entries.size(), 10);
+        const QStringList titles = {QStringLiteral("Open Cheat Sheet"),
+                                    QStringLiteral("Browse All Shortcuts"),
+                                    QStringLiteral("Scan Current App Menus"),
+                                    QStringLiteral("Scan Open Apps"),
+                                    QStringLiteral("Helper Actions"),
+                                    QString(),
+                                    QStringLiteral("Settings"),
+                                    QStringLiteral("First-Run Guide"),
+                                    QString(),
+                                    QStringLiteral("Quit Tessaline")};
+        for (int i = 0; i < entries.size(); ++i) {
+            // Separators are the sixth and the ninth entries.
+            QCOMPARE(entries.at(i)->isSeparator(), i == 5 || i == 8);
+            QCOMPARE(entries.at(i)->text(), titles.at(i));
+        }
+        QCOMPARE(entries.at(6)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Comma));
+        QCOMPARE(entries.at(9)->shortcut(), QKeySequence(QKeySequence::Quit));
+        for (int i : {0, 1, 2, 3, 4, 7})
+            QVERIFY(entries.at(i)->shortcut().isEmpty());
+    }
+
+    void helperSubmenuHoldsTheFourHelpersWithTheirRawValues()
+    {
+        MenuBarController controller(recordingActions());
+        std::unique_ptr<QMenu> menu(controller.buildMenu());
+        QMenu* helpers = menu->actions().at(4)->menu();
+        QVERIFY(helpers);
+        const QList<QAction*> items = helpers->actions();
+        QCOMPARE(items.size(), 4);
+        const QList<std::pair<QString, QString>> expected = {
+            {QStringLiteral("Insert Bullet"), QStringLiteral("bullet")},
+            {QStringLiteral("Insert Checklist"), QStringLiteral("checklist")},
+            {QStringLiteral("Insert Divider"), QStringLiteral("divider")},
+            {QStringLiteral("Paste Plain Text"), QStringLiteral("pastePlainText")}};
+        for (int i = 0; i < items.size(); ++i) {
+            QCOMPARE(items.at(i)->text(), expected.at(i).first);
+            QCOMPARE(items.at(i)->data().toString(), expected.at(i).second);
+            QVERIFY(items.at(i)->shortcut().isEmpty());
+        }
+        items.at(3)->trigger();
+        items.at(0)->trigger();
+        QCOMPARE(m_helpers, (QList<TextHelperAction>{TextHelperAction::PastePlainText,
+                                                     TextHelperAction::Bullet}));
+        QVERIFY(m_calls.isEmpty());
+    }
+
+    void entriesCallTheirActions()
+    {
+        MenuBarController controller(recordingActions());
+        std::unique_ptr<QMenu> menu(controller.buildMenu());
+        const QList<QAction*> entries = menu->actions();
+        for (int i : {0, 1, 2, 3, 6, 7})
+            entries.at(i)->trigger();
+        QCOMPARE(m_calls,
+                 (QStringList{QStringLiteral("toggleHUD"), QStringLiteral("browseAll"),
+                              QStringLiteral("scanCurrentApp"), QStringLiteral("scanOpenApps"),
+                              QStringLiteral("showSettings"), QStringLiteral("showOnboarding")}));
+    }
+
+    void eachMenuIsBuiltAnew()
+    {
+        MenuBarController controller(recordingActions());
+        std::unique_ptr<QMenu> first(controller.buildMenu());
+        std::unique_ptr<QMenu> second(controller.buildMenu());
+        QVERIFY(first.get() != second.get());
+        QCOMPARE(second->actions().size(), 10);
+    }
+
+    void helperSelectedRunsKnownHelpersAndIgnoresUnknownValues()
+    {
+        MenuBarController controller(recordingActions());
+        controller.helperSelected(QStringLiteral("divider"));
+        QCOMPARE(m_helpers, QList<TextHelperAction>{TextHelperAction::Divider});
+        controller.helperSelected(QStringLiteral("sparkles"));
+        controller.helperSelected(QString());
+        controller.helperSelected(QStringLiteral("Divider"));
+        QCOMPARE(m_helpers, QList<TextHelperAction>{TextHelperAction::Divider});
+        QVERIFY(m_calls.isEmpty());
+    }
+
+    void leftClickTogglesTheHUD()
+    {
+        MenuBarController controller(recordingActions());
+        controller.statusItemClicked(QSystemTrayIcon::Trigger);
+        controller.statusItemClicked(QSystemTrayIcon::Trigger);
+        QCOMPARE(m_calls, (QStringList{QStringLiteral("toggleHUD"), QStringLiteral("toggleHUD")}));
+        QCOMPARE(controller.statusItem().toolTip(), QStringLiteral("Tessaline"));
+        QVERIFY(!controller.statusItem().icon().isNull());
+    }
+};
+
+QTEST_MAIN(tst_MenuBarController)
+#include "tst_MenuBarController.moc"
