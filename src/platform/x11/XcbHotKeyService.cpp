@@ -267,9 +267,13 @@ bool XcbHotKeyService::handleNativeEvent(void* message)
     if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
         return false;
     const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event);
-    if (key->event != m_root)
-        return false;
     const bool pressed = type == XCB_KEY_PRESS;
+    // When one of Tessaline's own windows takes the focus while the hot key is held (the HUD
+    // it opens), the key's release goes to that window instead of the root. It still ends the
+    // press; the window gets the event too.
+    const bool fromRoot = key->event == m_root;
+    if (!fromRoot && pressed)
+        return false;
     const quint16 modifiers = key->state & kRelevantModifiers;
 
     // A press belongs to the grab of its key and modifiers; a release to the grab of its key
@@ -291,7 +295,7 @@ bool XcbHotKeyService::handleNativeEvent(void* message)
             m_pendingRelease = PendingRelease{*match, key->time};
             m_releaseTimer->start();
         }
-        return true;
+        return fromRoot;
     }
     if (m_pendingRelease && m_pendingRelease->reference == *match &&
         m_pendingRelease->time == key->time) {
