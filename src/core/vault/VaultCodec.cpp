@@ -618,14 +618,21 @@ private:
         return true;
     }
 
-    bool itemArray(const Path& path, QList<ShortcutItem>& out)
+    /// An array of objects, each read by `readElement` into a new element of `out`.
+    template <typename T, typename ReadElement>
+    bool objectArray(const Path& path, QList<T>& out, ReadElement readElement)
     {
         if (peek() != '[')
             return wrongType(path, "expected an array");
         return array([&](qsizetype index) {
             out.emplaceBack();
-            return item(path.element(index), out.back());
+            return (this->*readElement)(path.element(index), out.back());
         });
+    }
+
+    bool itemArray(const Path& path, QList<ShortcutItem>& out)
+    {
+        return objectArray(path, out, &FastReader::item);
     }
 
     bool pack(const Path& path, AppShortcutPack& out)
@@ -657,12 +664,7 @@ private:
 
     bool packArray(const Path& path, QList<AppShortcutPack>& out)
     {
-        if (peek() != '[')
-            return wrongType(path, "expected an array");
-        return array([&](qsizetype index) {
-            out.emplaceBack();
-            return pack(path.element(index), out.back());
-        });
+        return objectArray(path, out, &FastReader::pack);
     }
 
     const char* m_p;
