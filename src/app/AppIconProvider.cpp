@@ -14,8 +14,17 @@ AppIconProvider::AppIconProvider(std::function<std::optional<QString>(const QStr
 QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
 {
     const int side = std::max({requestedSize.width(), requestedSize.height(), 32});
+    const QImage image =
+        m_drawn.image(QStringLiteral("%1|%2").arg(id).arg(side), [&] { return draw(id, side); });
+    if (size)
+        *size = image.size();
+    return image;
+}
+
+QImage AppIconProvider::draw(const QString& bundleID, int side) const
+{
     QImage image;
-    if (const std::optional<QString> name = m_iconName ? m_iconName(id) : std::nullopt) {
+    if (const std::optional<QString> name = m_iconName ? m_iconName(bundleID) : std::nullopt) {
         if (QFileInfo(*name).isAbsolute()) {
             QImageReader reader(*name);
             reader.setScaledSize(QSize(side, side));
@@ -24,8 +33,6 @@ QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize
             image = QIcon::fromTheme(*name).pixmap(side, side).toImage();
         }
     }
-    if (size)
-        *size = image.size();
     return image;
 }
 

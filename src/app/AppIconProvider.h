@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ImageMemo.h"
+
 #include <QQuickImageProvider>
 
 #include <functional>
@@ -10,7 +12,7 @@ namespace Tessaline {
 
 /// Serves "image://appicon/<bundle id>": the application's icon named by its desktop entry,
 /// from the icon theme or the file the entry names. An app without an icon yields a null image,
-/// and the view then shows its fallback symbol.
+/// and the view then shows its fallback symbol. Drawn icons are remembered.
 class AppIconProvider : public QQuickImageProvider
 {
 public:
@@ -20,7 +22,10 @@ public:
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 
 private:
+    QImage draw(const QString& bundleID, int side) const;
+
     std::function<std::optional<QString>(const QString&)> m_iconName;
+    ImageMemo m_drawn;
 };
 
 } // namespace Tessaline

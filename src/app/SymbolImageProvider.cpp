@@ -84,7 +84,8 @@ QImage SymbolImageProvider::requestImage(const QString& id, QSize* size, const Q
             color = requested;
     }
     const int side = std::max({requestedSize.width(), requestedSize.height(), 16});
-    QImage image = render(symbol, color, side);
+    const QString key = QStringLiteral("%1|%2|%3").arg(symbol, color.name()).arg(side);
+    QImage image = m_drawn.image(key, [&] { return render(symbol, color, side); });
     if (size)
         *size = image.size();
     return image;

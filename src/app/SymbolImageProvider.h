@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ImageMemo.h"
+
 #include <QColor>
 #include <QIcon>
 #include <QImage>
@@ -11,7 +13,7 @@ namespace Tessaline {
 /// Serves the interface's symbols to QML as "image://symbol/<name>" or
 /// "image://symbol/<name>?color=<#rrggbb>". A symbol is drawn from the desktop's icon theme
 /// (its monochrome "-symbolic" icon) when the theme has one, else from the bundled SVG, so a
-/// button is never blank. The colour tints the whole symbol.
+/// button is never blank. The colour tints the whole symbol. Drawn symbols are remembered.
 class SymbolImageProvider : public QQuickImageProvider
 {
 public:
@@ -26,6 +28,9 @@ public:
     static QIcon icon(const QString& symbol, const QColor& color = Qt::black, int side = 64);
     /// Draws the symbol at `side` × `side` pixels, tinted; a null image for unknown symbols.
     static QImage render(const QString& symbol, const QColor& color, int side);
+
+private:
+    ImageMemo m_drawn;
 };
 
 } // namespace Tessaline

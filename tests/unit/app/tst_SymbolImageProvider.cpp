@@ -71,6 +71,24 @@ private Q_SLOTS:
         QVERIFY(black.width() >= 16 || black.height() >= 16);
     }
 
+    void aSymbolIsDrawnOncePerColourAndSize()
+    {
+        SymbolImageProvider provider;
+        QSize size;
+        const QImage first =
+            provider.requestImage(QStringLiteral("star?color=ff0000"), &size, QSize(32, 32));
+        const QImage again =
+            provider.requestImage(QStringLiteral("star?color=ff0000"), &size, QSize(32, 32));
+        QCOMPARE(again.cacheKey(), first.cacheKey());
+        const QImage blue =
+            provider.requestImage(QStringLiteral("star?color=0000ff"), &size, QSize(32, 32));
+        QVERIFY(blue.cacheKey() != first.cacheKey());
+        QCOMPARE(visibleColors(blue), QSet<QRgb>{0x0000ff});
+        const QImage larger =
+            provider.requestImage(QStringLiteral("star?color=ff0000"), &size, QSize(64, 64));
+        QVERIFY(larger.width() >= 64 || larger.height() >= 64);
+    }
+
     void unknownSymbolGivesNoImage()
     {
         SymbolImageProvider provider;
