@@ -23,6 +23,7 @@
 #include <QApplication>
 #include <QQmlEngine>
 #include <QQuickStyle>
+#include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 Q_IMPORT_QML_PLUGIN(TessalinePlugin)
@@ -35,6 +36,13 @@ int main(int argc, char** argv)
     // Tessaline lives in the tray: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    // Tessaline's windows are small and short-lived (the HUD is built anew at every showing), so
+    // they are drawn in software: no graphics context to create per window and no shaders to
+    // compile, which keeps the HUD's first frame quick and its memory flat. QT_QUICK_BACKEND or
+    // QSG_RHI_BACKEND still choose another renderer.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
+        qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND"))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 
     using namespace Tessaline;
     DefaultsStore defaults;
