@@ -5,7 +5,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-Rectangle {
+ThemedSurface {
     id: view
 
     /// The tip to show: an object with `id`, `title` and `message`.
@@ -21,9 +21,9 @@ Rectangle {
     implicitWidth: 360
     implicitHeight: content.implicitHeight + 2 * 14
     radius: 12
-    color: Qt.rgba(palette.window.r, palette.window.g, palette.window.b, 0.97)
+    color: tinted(palette.window, 0.97)
     border.width: 1
-    border.color: Qt.rgba(palette.windowText.r, palette.windowText.g, palette.windowText.b, 0.08)
+    border.color: tinted(primary, 0.08)
 
     RowLayout {
         id: content

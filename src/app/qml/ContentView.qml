@@ -5,7 +5,7 @@ import QtQuick.Layouts
 // The cheat sheet shown in the HUD panel: the previous app's shortcuts and the global ones,
 // filtered live by the search field, with keyboard selection, favourites, chord copying, a menu
 // scan and the quick text helpers. It owns no data; every command goes out as a signal.
-Rectangle {
+ThemedSurface {
     id: root
     required property var model      // CheatSheetModel
     required property var navigator  // ListNavigator
@@ -17,18 +17,10 @@ Rectangle {
     signal settings()
     signal helperAction(string action)
 
-    readonly property color primary: palette.windowText
-    readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
-    readonly property color accent: palette.highlight
-    readonly property color orange: "#e8870e"
-    readonly property color green: "#2fa84f"
     readonly property bool vaultReady: model.vaultReady
-
-    function tinted(c, a) { return Qt.rgba(c.r, c.g, c.b, a) }
 
     implicitWidth: 720
     implicitHeight: 560
-    color: palette.window
     radius: 12
     border.color: tinted(primary, 0.12)
     Accessible.name: "Tessaline cheat sheet"
@@ -259,7 +251,7 @@ Rectangle {
                         Symbol {
                             Layout.alignment: Qt.AlignTop
                             name: root.model.isScanning ? "hourglass" : "info.circle.fill"
-                            tint: root.model.isScanning ? "#2f7de1" : root.secondary
+                            tint: root.model.isScanning ? root.blue : root.secondary
                         }
                         Label {
                             Layout.fillWidth: true
@@ -322,7 +314,8 @@ Rectangle {
                         }
                         Button {
                             text: "Scan Menus"
-                            icon.source: "image://symbol/text.viewfinder"
+                            icon.source: root.symbolSource("text.viewfinder", palette.buttonText)
+                            icon.color: "transparent"
                             focusPolicy: Qt.NoFocus
                             Accessible.name: text
                             onClicked: root.scanMenus()

@@ -3,17 +3,15 @@ import QtQuick.Controls
 import QtQuick.Layouts
 
 // The welcome window shown until the user starts using Tessaline.
-Rectangle {
+ThemedSurface {
     id: root
     property var accessibility: null   // object with requestAccessibility()
     property url logoSource: ""
 
     signal complete()
 
-    readonly property color primary: palette.windowText
     implicitWidth: 600
     implicitHeight: 500
-    color: palette.window
 
     Keys.onReturnPressed: root.complete()
     Keys.onEnterPressed: root.complete()

@@ -3,16 +3,12 @@ import QtQuick.Controls
 import QtQuick.Layouts
 
 // The settings window: the HUD hotkey, the accessibility permission and the shortcut pack file.
-Rectangle {
+ThemedSurface {
     id: root
     required property var model   // SettingsModel
 
-    readonly property color primary: palette.windowText
-    readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
-
     implicitWidth: 560
     implicitHeight: 520
-    color: palette.window
 
     Timer {
         // The permission can change outside Tessaline; look again while the window is open.
@@ -113,13 +109,13 @@ Rectangle {
                     Symbol {
                         name: root.model.accessibilityEnabled ? "checkmark.circle.fill"
                                                               : "exclamationmark.triangle.fill"
-                        tint: root.model.accessibilityEnabled ? "#2fa84f" : "#e8870e"
+                        tint: root.model.accessibilityEnabled ? root.green : root.orange
                     }
                     Label {
                         objectName: "accessibilityStatus"
                         text: root.model.accessibilityEnabled ? "Accessibility is enabled"
                                                               : "Accessibility is not enabled"
-                        color: root.model.accessibilityEnabled ? "#2fa84f" : "#e8870e"
+                        color: root.model.accessibilityEnabled ? root.green : root.orange
                         Accessible.name: text
                     }
                 }
@@ -147,7 +143,7 @@ Rectangle {
                     visible: root.model.lastError.length > 0
                     Layout.fillWidth: true
                     text: root.model.lastError
-                    color: "#d33a2c"
+                    color: root.red
                     font.pixelSize: 12
                     wrapMode: Text.WordWrap
                     Accessible.name: text

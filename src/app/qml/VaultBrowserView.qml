@@ -4,19 +4,15 @@ import QtQuick.Layouts
 
 // Every shortcut of every app, grouped by app, with search, counts, the open-apps scan and the
 // scanner's status line.
-Rectangle {
+ThemedSurface {
     id: root
     required property var model   // BrowserModel
 
     signal scanOpenApps()
     signal showJson()
 
-    readonly property color primary: palette.windowText
-    readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
-
     implicitWidth: 760
     implicitHeight: 620
-    color: palette.window
 
     ColumnLayout {
         anchors.fill: parent
@@ -59,7 +55,8 @@ Rectangle {
             Button {
                 objectName: "scanOpenAppsButton"
                 text: "Scan Open Apps"
-                icon.source: "image://symbol/square.stack.3d.up"
+                icon.source: root.symbolSource("square.stack.3d.up", palette.buttonText)
+                icon.color: "transparent"
                 enabled: !root.model.isScanning
                 Accessible.name: text
                 onClicked: root.scanOpenApps()
@@ -75,7 +72,7 @@ Rectangle {
             spacing: 8
             Symbol {
                 name: root.model.isScanning ? "hourglass" : "info.circle.fill"
-                tint: "#2f7de1"
+                tint: root.blue
                 side: 14
             }
             Label {
