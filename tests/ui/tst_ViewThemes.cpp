@@ -159,11 +159,26 @@ private:
     std::unique_ptr<QQuickView> show(const QString& viewName, const QVariantMap& properties,
                                      QSize size)
     {
+        return showSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(viewName)),
+                          properties, size);
+    }
+
+    std::unique_ptr<QQuickView> showCheatSheet(QObject* model)
+    {
+        return show(QStringLiteral("ContentView"),
+                    {{QStringLiteral("model"), QVariant::fromValue(model)},
+                     {QStringLiteral("navigator"), QVariant::fromValue(m_fixture.navigator())}},
+                    QSize(720, 560));
+    }
+
+    std::unique_ptr<QQuickView> showSource(const QUrl& source, const QVariantMap& properties,
+                                           QSize size)
+    {
         auto view = std::make_unique<QQuickView>(m_engine.get(), nullptr);
         view->setResizeMode(QQuickView::SizeRootObjectToView);
         view->resize(size);
         view->setInitialProperties(properties);
-        view->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/%1.qml").arg(viewName)));
+        view->setSource(source);
         if (!view->rootObject()) {
             qWarning() << view->errors();
             return nullptr;
@@ -224,13 +239,8 @@ private Q_SLOTS:
     void cheatSheet_data() { themes(); }
     void cheatSheet()
     {
-        QObject* model =
-            m_fixture.cheatSheet(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"));
-        auto view =
-            show(QStringLiteral("ContentView"),
-                 {{QStringLiteral("model"), QVariant::fromValue(model)},
-                  {QStringLiteral("navigator"), QVariant::fromValue(m_fixture.navigator())}},
-                 QSize(720, 560));
+        auto view = showCheatSheet(
+            m_fixture.cheatSheet(QStringLiteral("Editor"), QStringLiteral("org.example.Editor")));
         QVERIFY(view);
         check(*view, QStringLiteral("hud"));
     }
@@ -241,11 +251,7 @@ private Q_SLOTS:
         QObject* model =
             m_fixture.cheatSheet(QStringLiteral("Nowhere"), QStringLiteral("org.example.Nowhere"));
         m_fixture.startScan(QStringLiteral("Nowhere"), QStringLiteral("org.example.Nowhere"));
-        auto view =
-            show(QStringLiteral("ContentView"),
-                 {{QStringLiteral("model"), QVariant::fromValue(model)},
-                  {QStringLiteral("navigator"), QVariant::fromValue(m_fixture.navigator())}},
-                 QSize(720, 560));
+        auto view = showCheatSheet(model);
         QVERIFY(view);
         QTRY_VERIFY(!model->property("scanStatus").toString().isEmpty());
         check(*view, QStringLiteral("hud-missing"));
@@ -256,13 +262,15 @@ private Q_SLOTS:
     {
         QObject* model =
             m_fixture.cheatSheet(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"));
-        model->setProperty("filter", QStringLiteral("zzqx"));
-        auto view =
-            show(QStringLiteral("ContentView"),
-                 {{QStringLiteral("model"), QVariant::fromValue(model)},
-                  {QStringLiteral("navigator"), QVariant::fromValue(m_fixture.navigator())}},
-                 QSize(720, 560));
+        auto view = showCheatSheet(model);
         QVERIFY(view);
+        // The view empties the search when it appears; the query comes after.
+        model->setProperty("filter", QStringLiteral("zzqx"));
+        QCOMPARE(model->property("flatCount").toInt(), 0);
+        auto* emptySearch =
+            view->rootObject()->findChild<QQuickItem*>(QStringLiteral("emptySearch"));
+        QVERIFY(emptySearch);
+        QTRY_VERIFY(emptySearch->isVisible());
         check(*view, QStringLiteral("hud-empty"));
     }
 

@@ -174,6 +174,7 @@ ThemedSurface {
                 id: search
                 objectName: "searchField"
                 Layout.fillWidth: true
+                placeholderTextColor: root.tinted(root.primary, 0.55)
                 placeholderText: "Search shortcuts, actions, or tags"
                 text: root.model.filter
                 onTextEdited: root.model.filter = text

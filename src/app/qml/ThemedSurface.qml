@@ -34,7 +34,6 @@ Rectangle {
     palette.buttonText: system.buttonText
     palette.highlight: system.highlight
     palette.highlightedText: system.highlightedText
-    palette.placeholderText: system.placeholderText
     palette.light: system.light
     palette.midlight: system.midlight
     palette.mid: system.mid

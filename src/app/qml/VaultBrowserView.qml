@@ -100,6 +100,7 @@ ThemedSurface {
                 id: search
                 objectName: "browserSearch"
                 Layout.fillWidth: true
+                placeholderTextColor: root.tinted(root.primary, 0.55)
                 placeholderText: "Search every app, action, shortcut, tag, or menu path"
                 text: root.model.query
                 onTextEdited: root.model.query = text
