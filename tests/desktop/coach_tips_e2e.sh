@@ -9,16 +9,7 @@ set -euo pipefail
 
 driver_bin="${TESSALINE_BUILD_DIR:?}/bin/coach-tip-driver"
 work=$(mktemp -d "${TESSALINE_SESSION_DIR:-/tmp}/coach.XXXXXX")
-# libxkbcommon-x11 copies X atom names with strndup from reply buffers that hold no final NUL;
-# that is correct, but AddressSanitizer's strict string checks flag it inside Qt's own start-up.
-# Later options win, so only that check is turned off for the driver.
-# Qt Quick 6.4 keeps the texture of every image it has shown (here the lightbulb) past the
-# end of the process's clean-up; a bare QQuickView with one Image is reported the same way.
-# Memory errors are still checked in the driver, leaks are not (in this process only).
-export ASAN_OPTIONS="${ASAN_OPTIONS:-}${ASAN_OPTIONS:+:}strict_string_checks=0:detect_leaks=0"
-# Xvfb has no GPU: Qt Quick would load Mesa's GL drivers, which unload again leaving blocks
-# that LeakSanitizer reports under whatever library later took their address. The software
-# renderer draws the same panel without them.
+# The panel is drawn with the software renderer, as in the application.
 export QT_QUICK_BACKEND=software
 export XDG_CONFIG_HOME="$work/config"
 defaults_file="$XDG_CONFIG_HOME/Tessaline/defaults.json"

@@ -5,12 +5,6 @@ set -uo pipefail
 cli="$TESSALINE_BUILD_DIR/bin/tessaline-vault"
 export XDG_DATA_HOME="$TESSALINE_SESSION_DIR/data" XDG_CONFIG_HOME="$TESSALINE_SESSION_DIR/config"
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
-# libxkbcommon-x11 (under Qt's display connection) strndup()s atom names that are not
-# NUL-terminated, with their exact length; AddressSanitizer's strict string checks report that
-# as an overflow. Keep every other sanitizer setting.
-if [[ -n ${ASAN_OPTIONS:-} ]]; then
-    export ASAN_OPTIONS="${ASAN_OPTIONS//strict_string_checks=1/strict_string_checks=0}"
-fi
 failures=0
 check() { # check DESCRIPTION ACTUAL EXPECTED-REGEX
     if [[ $2 =~ $3 ]]; then
