@@ -59,6 +59,8 @@ void BrowserModel::copyChord(const QString& chord)
 
 void BrowserModel::rebuildIndex()
 {
+    // The list reads the index in place: it lets go of it before the index is replaced.
+    m_rows.clear();
     m_index = VaultBrowserIndex(m_store ? m_store->allShortcutRows() : QList<VaultShortcutRow>());
     m_groupBundleIDs.clear();
     for (const VaultShortcutRow& row : m_index.allRows()) {
@@ -71,14 +73,11 @@ void BrowserModel::rebuildIndex()
 
 void BrowserModel::refilter()
 {
-    QList<ShortcutListModel::Entry> entries;
+    const QList<VaultBrowserIndex::RowGroup> groups = m_index.groupedRowPositions(m_query);
     m_groupCounts.clear();
-    for (const BrowserGroup& group : m_index.groupedRows(m_query)) {
+    for (const VaultBrowserIndex::RowGroup& group : groups)
         m_groupCounts.insert(group.name, static_cast<int>(group.rows.size()));
-        for (const VaultShortcutRow& row : group.rows)
-            entries.append({group.name, row.shortcut});
-    }
-    m_rows.reset(std::move(entries), m_query.trimmed());
+    m_rows.reset(m_index, groups, m_query.trimmed());
     emit rowsChanged();
 }
 

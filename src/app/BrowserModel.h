@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ShortcutListModel.h"
+#include "BrowserListModel.h"
 #include "vault/VaultBrowserIndex.h"
 
 #include <QHash>
@@ -39,7 +39,7 @@ public:
     QString query() const { return m_query; }
     void setQuery(const QString& query);
     QAbstractItemModel* rows() { return &m_rows; }
-    int rowCount() const { return static_cast<int>(m_rows.entries().size()); }
+    int rowCount() const { return m_rows.rowCount(); }
     int appPackCount() const;
     int shortcutCount() const { return static_cast<int>(m_index.allRows().size()); }
     QString statusText() const;
@@ -69,7 +69,7 @@ private:
     std::function<void(const QString&)> m_copyText;
     QString m_query;
     VaultBrowserIndex m_index;
-    ShortcutListModel m_rows;
+    BrowserListModel m_rows;
     QHash<QString, int> m_groupCounts;
     QHash<QString, QString> m_groupBundleIDs;
 };

@@ -29,28 +29,39 @@ QVariant ShortcutListModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     const Entry& entry = m_entries.at(index.row());
+    return shortcutData(entry.group, entry.item, m_query, role);
+}
+
+QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutItem& item,
+                                         const QString& query, int role)
+{
     switch (role) {
     case GroupRole:
-        return entry.group;
+        return group;
     case Qt::DisplayRole:
     case NameRole:
-        return entry.item.name;
+        return item.name;
     case NameHtmlRole:
-        return FuzzyMatch::highlighted(entry.item.name, m_query);
+        return FuzzyMatch::highlighted(item.name, query);
     case ChordRole:
-        return entry.item.chord;
+        return item.chord;
     case DetailRole:
-        return entry.item.detailText();
+        return item.detailText();
     case FavoriteRole:
-        return entry.item.isFavorite();
+        return item.isFavorite();
     case ScannedRole:
-        return isScanned(entry.item);
+        return isScanned(item);
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> ShortcutListModel::roleNames() const
+{
+    return shortcutRoleNames();
+}
+
+QHash<int, QByteArray> ShortcutListModel::shortcutRoleNames()
 {
     return {{GroupRole, "group"},    {NameRole, "name"},     {NameHtmlRole, "nameHtml"},
             {ChordRole, "chord"},    {DetailRole, "detail"}, {FavoriteRole, "favorite"},

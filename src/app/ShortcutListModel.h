@@ -43,6 +43,11 @@ public:
 
     /// True for items that came from a menu scan.
     static bool isScanned(const ShortcutItem& item);
+    /// What a row of `item` under the title `group` shows for `role`, with the characters that
+    /// `query` matches emphasised in the highlighted name. Shared with the browser's list.
+    static QVariant shortcutData(const QString& group, const ShortcutItem& item,
+                                 const QString& query, int role);
+    static QHash<int, QByteArray> shortcutRoleNames();
 
 private:
     QList<Entry> m_entries;

@@ -10,6 +10,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 
 namespace Tessaline::FuzzyMatch {
@@ -204,6 +205,36 @@ std::optional<Match> walk(const FuzzyQuery& query, const Candidate& candidate)
     return Match{score, std::move(positions)};
 }
 
+// Whether walk() finds a match, without scoring it: the same steps up to the last query
+// character.
+template <typename Candidate>
+bool holds(const FuzzyQuery& query, const Candidate& candidate)
+{
+    const qsizetype count = query.size();
+    if (count == 0)
+        return true;
+    if (candidate.size() < count)
+        return false;
+    const qsizetype lowerSize = candidate.lowerSize();
+    qsizetype qi = 0;
+    for (qsizetype i = 0; i < lowerSize; ++i) {
+        if (candidate.equals(i, query, qi) && ++qi == count)
+            return true;
+    }
+    return false;
+}
+
+bool holdsPrepared(const FuzzyQuery& query, const FuzzyText& candidate)
+{
+    if (candidate.isAscii()) {
+        const QByteArray& bytes = candidate.asciiBytes();
+        return holds(query,
+                     AsciiCandidate{reinterpret_cast<const unsigned char*>(bytes.constData()),
+                                    bytes.size()});
+    }
+    return holds(query, PreparedCandidate{candidate});
+}
+
 // Flags of every ASCII character, for the byte-wise walk.
 constexpr std::array<quint8, 128> kAsciiFlags = [] {
     std::array<quint8, 128> table{};
@@ -353,6 +384,15 @@ std::optional<qint64> score(const FuzzyQuery& searchTerm, const FuzzyShortcut& i
     for (const FuzzyText& tag : item.tags)
         consider(tag);
     return best;
+}
+
+bool matches(const FuzzyQuery& searchTerm, const FuzzyShortcut& item)
+{
+    if (searchTerm.isEmpty())
+        return true;
+    const auto found = [&](const FuzzyText& field) { return holdsPrepared(searchTerm, field); };
+    return found(item.name) || found(item.chord) || found(item.detail) ||
+           std::any_of(item.tags.cbegin(), item.tags.cend(), found);
 }
 
 } // namespace Tessaline::FuzzyMatch

@@ -62,6 +62,8 @@ std::optional<qint64> matchScore(const FuzzyQuery& query, const FuzzyText& candi
 std::optional<qint64> matchScore(const FuzzyQuery& query, QByteArrayView utf8Candidate);
 /// score() with a query from FuzzyQuery::searchTerm() and a prepared shortcut.
 std::optional<qint64> score(const FuzzyQuery& searchTerm, const FuzzyShortcut& item);
+/// Whether score() has a value, found without scoring the fields after the first that matches.
+bool matches(const FuzzyQuery& searchTerm, const FuzzyShortcut& item);
 
 } // namespace FuzzyMatch
 } // namespace Tessaline

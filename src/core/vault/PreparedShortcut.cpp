@@ -12,6 +12,8 @@ PreparedShortcut::Query PreparedShortcut::Query::fromTyped(const QString& typed)
     query.fuzzy = FuzzyQuery::searchTerm(typed);
     query.ascii = ShortcutSearchKey::asciiQuery(query.trimmed);
     query.asciiMask = ShortcutSearchKey::maskOf(query.ascii);
+    query.asciiIsExact =
+        !query.ascii.isEmpty() && query.fuzzy.isAscii() && query.fuzzy.asciiKeys() == query.ascii;
     return query;
 }
 

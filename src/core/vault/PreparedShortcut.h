@@ -26,6 +26,9 @@ public:
         FuzzyQuery fuzzy;
         QByteArray ascii;
         quint64 asciiMask = 0;
+        /// True when `ascii` holds exactly the matcher's keys of the query (every character a
+        /// single ASCII character): a text kept whole by the pre-check can then decide alone.
+        bool asciiIsExact = false;
 
         static Query fromTyped(const QString& typed);
         bool isEmpty() const { return trimmed.isEmpty(); }

@@ -2,6 +2,7 @@
 #include "vault/VaultBrowserIndex.h"
 
 #include "search/FuzzyMatch.h"
+#include "vault/PreparedShortcut.h"
 #include "vault/VaultOrder.h"
 #include "vault/VaultStore.h"
 
@@ -14,11 +15,11 @@ namespace Tessaline {
 
 VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
 {
-    m_prepared.reserve(m_rows.size());
-    m_masks.reserve(m_rows.size());
+    m_keys.reserve(m_rows.size());
+    m_fuzzy.reserve(m_rows.size());
     for (const VaultShortcutRow& row : std::as_const(m_rows)) {
-        m_prepared.append(PreparedShortcut(row.shortcut));
-        m_masks.append(m_prepared.back().mask());
+        m_keys.append(ShortcutSearchKey(row.shortcut));
+        m_fuzzy.append(FuzzyShortcut(row.shortcut));
     }
 
     QHash<QString, qsizetype> textIndex;
@@ -27,6 +28,7 @@ VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(s
         if (found == textIndex.cend()) {
             found = textIndex.insert(text, m_names.size());
             m_names.append(text);
+            m_preparedNames.append(FuzzyText(text));
         }
         return *found;
     };
@@ -83,15 +85,28 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     if (trimmedQuery.isEmpty())
         return kept;
 
+    const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(trimmedQuery);
     // App names and bundle ids repeat across a pack's rows: each distinct one is matched once.
     QList<bool> textMatches(m_names.size());
     for (qsizetype i = 0; i < m_names.size(); ++i)
-        textMatches[i] = FuzzyMatch::match(trimmedQuery, m_names[i]).has_value();
-    const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(trimmedQuery);
+        textMatches[i] = FuzzyMatch::matchScore(query.fuzzy, m_preparedNames[i]).has_value();
+    // The packed pre-check settles most rows; the matcher's prepared texts, spread over the
+    // heap, are read only when it cannot.
+    bool* const keep = kept.data();
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         const qsizetype bundle = m_bundleOfRow[i];
-        kept[i] = textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]) ||
-                  ((query.asciiMask & ~m_masks[i]) == 0 && m_prepared[i].score(query).has_value());
+        if (textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]))
+            continue;
+        switch (m_keys.judge(i, query.ascii, query.asciiMask, query.asciiIsExact)) {
+        case ShortcutSearchKey::Verdict::NoMatch:
+            keep[i] = false;
+            break;
+        case ShortcutSearchKey::Verdict::MayMatch:
+            keep[i] = FuzzyMatch::matches(query.fuzzy, m_fuzzy[i]);
+            break;
+        case ShortcutSearchKey::Verdict::Matches:
+            break;
+        }
     }
     return kept;
 }
@@ -107,22 +122,23 @@ QList<VaultShortcutRow> VaultBrowserIndex::rows(const QString& query) const
     return result;
 }
 
-QList<BrowserGroup> VaultBrowserIndex::groupedRows(const QString& query) const
+QList<VaultBrowserIndex::RowGroup>
+VaultBrowserIndex::groupedRowPositions(const QString& query) const
 {
     const QList<bool> kept = keptRows(query.trimmed());
     struct Found
     {
         qsizetype rank;
         qsizetype firstRow;
-        BrowserGroup group;
+        RowGroup group;
     };
     QList<Found> found;
     for (const Group& group : m_groups) {
-        Found entry{group.rank, m_rows.size(), BrowserGroup{group.name, {}}};
+        Found entry{group.rank, m_rows.size(), RowGroup{group.name, {}}};
         for (const qsizetype index : group.rowIndices) {
             if (!kept[index])
                 continue;
-            entry.group.rows.append(m_rows[index]);
+            entry.group.rows.append(index);
             entry.firstRow = std::min(entry.firstRow, index);
         }
         if (!entry.group.rows.isEmpty())
@@ -133,10 +149,23 @@ QList<BrowserGroup> VaultBrowserIndex::groupedRows(const QString& query) const
     std::stable_sort(found.begin(), found.end(), [](const Found& a, const Found& b) {
         return a.rank != b.rank ? a.rank < b.rank : a.firstRow < b.firstRow;
     });
-    QList<BrowserGroup> result;
+    QList<RowGroup> result;
     result.reserve(found.size());
     for (Found& entry : found)
         result.append(std::move(entry.group));
+    return result;
+}
+
+QList<BrowserGroup> VaultBrowserIndex::groupedRows(const QString& query) const
+{
+    QList<BrowserGroup> result;
+    for (const RowGroup& positions : groupedRowPositions(query)) {
+        BrowserGroup group{positions.name, {}};
+        group.rows.reserve(positions.rows.size());
+        for (const qsizetype index : positions.rows)
+            group.rows.append(m_rows[index]);
+        result.append(std::move(group));
+    }
     return result;
 }
 

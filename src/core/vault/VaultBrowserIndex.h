@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "search/FuzzyShortcut.h"
 #include "vault/BrowserRows.h"
-#include "vault/PreparedShortcut.h"
+#include "vault/ShortcutKeyTable.h"
 #include "vault/VaultShortcutRow.h"
 
 #include <QList>
@@ -12,13 +13,20 @@ namespace Tessaline {
 
 /// The browser's rows prepared once per vault change, so that each keystroke only filters:
 /// the grouped order is computed up front (a stable sort keeps its order on any subset), and
-/// each row keeps its shortcut in the matcher's prepared form. Results equal
-/// BrowserRows::groupedRows(BrowserRows::rows(allRows, query)).
+/// each row keeps its shortcut in the matcher's prepared form behind a packed pre-check. Results
+/// equal BrowserRows::groupedRows(BrowserRows::rows(allRows, query)).
 class VaultBrowserIndex
 {
 public:
     VaultBrowserIndex() = default;
     explicit VaultBrowserIndex(QList<VaultShortcutRow> allRows);
+
+    /// A group of the browser: its app's name and its rows as positions in allRows().
+    struct RowGroup
+    {
+        QString name;
+        QList<qsizetype> rows;
+    };
 
     const QList<VaultShortcutRow>& allRows() const { return m_rows; }
 
@@ -26,6 +34,9 @@ public:
     QList<VaultShortcutRow> rows(const QString& query) const;
     /// Those rows grouped by app, groups and rows in browser order.
     QList<BrowserGroup> groupedRows(const QString& query) const;
+    /// The same groups with positions in allRows() instead of copies of the rows, for a caller
+    /// that reads the rows in place (the browser does, at every keystroke).
+    QList<RowGroup> groupedRowPositions(const QString& query) const;
 
 private:
     struct Group
@@ -44,11 +55,12 @@ private:
     /// The distinct app names and bundle ids, matched once per query, and for each row the
     /// index of its own (-1: no bundle id).
     QStringList m_names;
+    QList<FuzzyText> m_preparedNames;
     QList<qsizetype> m_nameOfRow;
     QList<qsizetype> m_bundleOfRow;
-    QList<PreparedShortcut> m_prepared;
-    /// The rows' presence masks side by side, so most misses cost one word read.
-    QList<quint64> m_masks;
+    /// Each row's quick pre-check, packed, and its texts in the matcher's prepared form.
+    ShortcutKeyTable m_keys;
+    QList<FuzzyShortcut> m_fuzzy;
     QList<Group> m_groups;
 };
 

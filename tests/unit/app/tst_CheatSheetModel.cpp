@@ -10,6 +10,8 @@
 #include "FakeWorkspace.h"
 #include "ShortcutListModel.h"
 #include "scan/AppMenuScanner.h"
+#include "search/FuzzyMatch.h"
+#include "vault/VaultBrowserIndex.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -323,16 +325,53 @@ private Q_SLOTS:
         QCOMPARE(query.count(), 3);
     }
 
+    void browserRowsAreTheIndexGroupsInOrder()
+    {
+        BrowserModel browser(*m_store, *m_scanner, {});
+        QAbstractItemModelTester tester(browser.rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        for (const QString& query : {QString(), QStringLiteral("s"), QStringLiteral("editor")}) {
+            browser.setQuery(query);
+            QStringList groups;
+            QStringList names;
+            QStringList chords;
+            const QList<BrowserGroup> expected =
+                VaultBrowserIndex(m_store->allShortcutRows()).groupedRows(query);
+            for (const BrowserGroup& group : expected) {
+                for (const VaultShortcutRow& row : group.rows) {
+                    groups << group.name;
+                    names << row.shortcut.name;
+                    chords << row.shortcut.chord;
+                }
+            }
+            QVERIFY2(!names.isEmpty(), qPrintable(query));
+            QCOMPARE(column(*browser.rows(), ShortcutListModel::GroupRole), groups);
+            QCOMPARE(column(*browser.rows(), ShortcutListModel::NameRole), names);
+            QCOMPARE(column(*browser.rows(), ShortcutListModel::ChordRole), chords);
+        }
+        browser.setQuery(QStringLiteral("sav"));
+        QCOMPARE(browser.rows()->index(0, 0).data(ShortcutListModel::NameHtmlRole).toString(),
+                 FuzzyMatch::highlighted(QStringLiteral("Save"), QStringLiteral("sav")));
+    }
+
     void browserFollowsTheVaultAndTheScanner()
     {
         BrowserModel browser(*m_store, *m_scanner, {});
+        QAbstractItemModelTester tester(browser.rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
         QSignalSpy counts(&browser, &BrowserModel::countsChanged);
         QSignalSpy scanner(&browser, &BrowserModel::scannerChanged);
+        browser.setQuery(QStringLiteral("reveal"));
+        QCOMPARE(browser.rowCount(), 0);
         m_store->mergeScannedShortcuts({item(QStringLiteral("Reveal"), QStringLiteral("⌘R"))},
                                        kUnknown);
         QVERIFY(counts.count() >= 1);
         QCOMPARE(browser.appPackCount(), 3);
         QCOMPARE(browser.shortcutCount(), 6);
+        // The new row shows at once under the kept query, read from the rebuilt index.
+        QCOMPARE(column(*browser.rows(), ShortcutListModel::NameRole),
+                 QStringList{QStringLiteral("Reveal")});
+        QCOMPARE(column(*browser.rows(), ShortcutListModel::GroupRole), QStringList{kUnknown.name});
 
         m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
         QVERIFY(browser.isScanning());

@@ -7,9 +7,32 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QTest>
+
+#include <initializer_list>
 
 namespace VaultTestSupport {
+
+/// Up to `maxLength` of `pieces`, drawn at random and joined: small alphabets of tricky
+/// characters make the collisions that random tests are after.
+inline QString randomText(QRandomGenerator& random, const QStringList& pieces, int maxLength)
+{
+    QString result;
+    const int length = random.bounded(maxLength + 1);
+    for (int i = 0; i < length; ++i)
+        result += pieces.at(random.bounded(pieces.size()));
+    return result;
+}
+
+/// A "seed" column for a data-driven random test, one row per seed.
+inline void addSeedRows(std::initializer_list<quint32> seeds)
+{
+    QTest::addColumn<quint32>("seed");
+    for (const quint32 seed : seeds)
+        QTest::addRow("seed %u", seed) << seed;
+}
 
 inline Tessaline::ShortcutItem item(const QString& name, const QString& chord,
                                     std::optional<bool> favorite = {})

@@ -120,9 +120,7 @@ void TestBrowserRows::nothingFoundGivesNoGroups()
 
 void TestBrowserRows::indexAgreesWithThePlainAlgorithm_data()
 {
-    QTest::addColumn<quint32>("seed");
-    for (quint32 seed : {1u, 42u, 777u})
-        QTest::addRow("seed %u", seed) << seed;
+    addSeedRows({1u, 42u, 777u});
 }
 
 void TestBrowserRows::indexAgreesWithThePlainAlgorithm()
@@ -135,13 +133,7 @@ void TestBrowserRows::indexAgreesWithThePlainAlgorithm()
                              QStringLiteral("e\u0301"),  QStringLiteral(" "), QStringLiteral("/"),
                              QStringLiteral("S"),        QStringLiteral("s"), QStringLiteral("⌃"),
                              QStringLiteral("👍🏽"), QStringLiteral("n")};
-    const auto text = [&](int maxLength) {
-        QString result;
-        const int length = random.bounded(maxLength + 1);
-        for (int i = 0; i < length; ++i)
-            result += pieces.at(random.bounded(pieces.size()));
-        return result;
-    };
+    const auto text = [&](int maxLength) { return randomText(random, pieces, maxLength); };
     const QStringList apps{kGlobal,
                            QStringLiteral("files"),
                            QStringLiteral("Files"),

@@ -2,7 +2,10 @@
 #include "VaultTestSupport.h"
 
 #include "search/FuzzyMatch.h"
+#include "search/FuzzyQuery.h"
+#include "search/FuzzyShortcut.h"
 #include "vault/PreparedShortcut.h"
+#include "vault/ShortcutKeyTable.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -20,6 +23,10 @@ private slots:
     void agreesWithThePlainScoreOnRandomText_data();
     void agreesWithThePlainScoreOnRandomText();
     void quickCheckTurnsAwayPlainMisses();
+    void aQueryMustFitInOneText();
+    void wholeTextsSettlePlainQueries_data();
+    void wholeTextsSettlePlainQueries();
+    void inexactTextsAndQueriesAreLeftToTheMatcher();
 };
 
 void TestPreparedShortcut::quickCheckNeverHidesAMatch_data()
@@ -48,9 +55,7 @@ void TestPreparedShortcut::quickCheckNeverHidesAMatch()
 
 void TestPreparedShortcut::agreesWithThePlainScoreOnRandomText_data()
 {
-    QTest::addColumn<quint32>("seed");
-    for (quint32 seed : {11u, 12u, 13u, 14u})
-        QTest::addRow("seed %u", seed) << seed;
+    addSeedRows({11u, 12u, 13u, 14u});
 }
 
 void TestPreparedShortcut::agreesWithThePlainScoreOnRandomText()
@@ -64,25 +69,43 @@ void TestPreparedShortcut::agreesWithThePlainScoreOnRandomText()
         QStringLiteral("k"), QStringLiteral("\u037E"),   QStringLiteral(";"),
         QStringLiteral("⌘"), QStringLiteral("👍🏽"), QStringLiteral("İ"),
         QStringLiteral("i"), QStringLiteral("ß")};
-    const auto text = [&](int maxLength) {
-        QString result;
-        const int length = random.bounded(maxLength + 1);
-        for (int i = 0; i < length; ++i)
-            result += pieces.at(random.bounded(pieces.size()));
-        return result;
-    };
+    const auto text = [&](int maxLength) { return randomText(random, pieces, maxLength); };
+    // The packed pre-checks of a list answer as each item's own, and the matcher's yes-or-no
+    // answer agrees with its score.
+    ShortcutKeyTable table;
+    QList<ShortcutSearchKey> keys;
+    QList<ShortcutItem> entries;
     for (int i = 0; i < 400; ++i) {
         ShortcutItem entry = item(text(6), text(3));
         if (random.bounded(2))
             entry.menu = text(5);
         if (random.bounded(2))
             entry.tags = QStringList{text(3), text(3)};
+        entries.append(entry);
+        keys.append(ShortcutSearchKey(entry));
+        table.append(keys.back());
         const PreparedShortcut prepared(entry);
+        const FuzzyShortcut fuzzy(entry);
         for (int j = 0; j < 5; ++j) {
-            const QString query = text(3);
-            QCOMPARE(prepared.score(PreparedShortcut::Query::fromTyped(query)),
-                     FuzzyMatch::score(query, entry));
+            const QString typed = text(3);
+            const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(typed);
+            const std::optional<qint64> plain = FuzzyMatch::score(typed, entry);
+            QCOMPARE(prepared.score(query), plain);
+            QCOMPARE(FuzzyMatch::matches(query.fuzzy, fuzzy), plain.has_value());
+            const ShortcutSearchKey::Verdict verdict =
+                table.judge(i, query.ascii, query.asciiMask, query.asciiIsExact);
+            QCOMPARE(verdict != ShortcutSearchKey::Verdict::NoMatch,
+                     keys.back().mayMatch(query.ascii, query.asciiMask));
+            if (verdict == ShortcutSearchKey::Verdict::Matches)
+                QVERIFY(plain.has_value());
         }
+    }
+    QCOMPARE(table.size(), entries.size());
+    for (qsizetype i = 0; i < entries.size(); i += 37) {
+        const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(entries[i].name);
+        QCOMPARE(table.judge(i, query.ascii, query.asciiMask, false) !=
+                     ShortcutSearchKey::Verdict::NoMatch,
+                 keys[i].mayMatch(query.ascii, query.asciiMask));
     }
 }
 
@@ -94,6 +117,99 @@ void TestPreparedShortcut::quickCheckTurnsAwayPlainMisses()
     QCOMPARE(
         PreparedShortcut(entry).score(PreparedShortcut::Query::fromTyped(QStringLiteral("  "))),
         std::optional<qint64>(0));
+}
+
+void TestPreparedShortcut::aQueryMustFitInOneText()
+{
+    // "sq": the s is in the name and the q in the chord, but no single text holds both.
+    ShortcutItem entry = item(QStringLiteral("Save"), QStringLiteral("⌃ Q"));
+    entry.menu = QStringLiteral("File > Open");
+    entry.tags = QStringList{QStringLiteral("file"), QStringLiteral("quit")};
+    const ShortcutSearchKey key(entry);
+    const auto mayMatch = [&](const QString& typed) {
+        const QByteArray ascii = ShortcutSearchKey::asciiQuery(typed);
+        return key.mayMatch(ascii, ShortcutSearchKey::maskOf(ascii));
+    };
+    QVERIFY(!FuzzyMatch::score(QStringLiteral("sq"), entry));
+    QVERIFY(!mayMatch(QStringLiteral("sq")));
+    QVERIFY(!mayMatch(QStringLiteral("filequit")));
+    QVERIFY(mayMatch(QStringLiteral("sv")));
+    QVERIFY(mayMatch(QStringLiteral("qt")));
+    QVERIFY(mayMatch(QStringLiteral("\u2303 q").isEmpty() ? QString() : QStringLiteral("q")));
+    QVERIFY(
+        !FuzzyMatch::matches(FuzzyQuery::searchTerm(QStringLiteral("sq")), FuzzyShortcut(entry)));
+    QVERIFY(
+        FuzzyMatch::matches(FuzzyQuery::searchTerm(QStringLiteral("qt")), FuzzyShortcut(entry)));
+}
+
+void TestPreparedShortcut::wholeTextsSettlePlainQueries_data()
+{
+    addSeedRows({21u, 22u, 23u});
+}
+
+void TestPreparedShortcut::wholeTextsSettlePlainQueries()
+{
+    // Texts and queries of ASCII characters, with a few that are not: for a query of single
+    // ASCII characters, a text kept whole that holds it must be one the matcher finds.
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const QStringList pieces{
+        QStringLiteral("a"),      QStringLiteral("A"),      QStringLiteral("b"),
+        QStringLiteral("S"),      QStringLiteral("s"),      QStringLiteral(" "),
+        QStringLiteral("-"),      QStringLiteral("\r\n"),   QStringLiteral("\r"),
+        QStringLiteral("\n"),     QStringLiteral("\u212A"), QStringLiteral("k"),
+        QStringLiteral("\u037E"), QStringLiteral(";"),      QStringLiteral("é")};
+    const auto text = [&](int maxLength) { return randomText(random, pieces, maxLength); };
+    int decided = 0;
+    for (int i = 0; i < 600; ++i) {
+        ShortcutItem entry = item(text(6), text(3));
+        if (random.bounded(2))
+            entry.tags = QStringList{text(3)};
+        const ShortcutSearchKey key(entry);
+        for (int j = 0; j < 6; ++j) {
+            const QString typed = text(3);
+            const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(typed);
+            if (!query.asciiIsExact)
+                continue;
+            const ShortcutSearchKey::Verdict verdict =
+                ShortcutSearchKey::judge(key.kept(), query.ascii, true);
+            const bool found = FuzzyMatch::score(typed, entry).has_value();
+            if (verdict == ShortcutSearchKey::Verdict::NoMatch)
+                QVERIFY(!found);
+            if (verdict == ShortcutSearchKey::Verdict::Matches) {
+                QVERIFY(found);
+                ++decided;
+            }
+        }
+    }
+    QVERIFY2(decided > 100, "too few texts were settled by the pre-check alone");
+}
+
+void TestPreparedShortcut::inexactTextsAndQueriesAreLeftToTheMatcher()
+{
+    // A carriage return and a line feed make one character, which a lone line feed does not
+    // match: such a text is not kept whole, though its bytes hold the query's.
+    const ShortcutItem crlf = item(QStringLiteral("Go\r\nBack"), QStringLiteral("x"));
+    const PreparedShortcut::Query query =
+        PreparedShortcut::Query::fromTyped(QStringLiteral("o\nb"));
+    QVERIFY(query.asciiIsExact);
+    QVERIFY(!FuzzyMatch::score(QStringLiteral("o\nb"), crlf));
+    QCOMPARE(ShortcutSearchKey::judge(ShortcutSearchKey(crlf).kept(), query.ascii, true),
+             ShortcutSearchKey::Verdict::MayMatch);
+    QVERIFY(!PreparedShortcut(crlf).score(query));
+    // A plain text settles it; a chord with a symbol does not.
+    const ShortcutItem plain = item(QStringLiteral("Go Back"), QStringLiteral("⌘ ["));
+    QCOMPARE(ShortcutSearchKey::judge(ShortcutSearchKey(plain).kept(), "gb", true),
+             ShortcutSearchKey::Verdict::Matches);
+    QCOMPARE(ShortcutSearchKey::judge(ShortcutSearchKey(plain).kept(), "gb", false),
+             ShortcutSearchKey::Verdict::MayMatch);
+    QCOMPARE(ShortcutSearchKey::judge(ShortcutSearchKey(plain).kept(), " [", true),
+             ShortcutSearchKey::Verdict::MayMatch);
+    QCOMPARE(ShortcutSearchKey::judge(ShortcutSearchKey(plain).kept(), "bg", true),
+             ShortcutSearchKey::Verdict::NoMatch);
+    // A character that stands for ASCII only after composition leaves the query inexact.
+    QVERIFY(!PreparedShortcut::Query::fromTyped(QStringLiteral("a\u037E")).asciiIsExact);
+    QVERIFY(PreparedShortcut::Query::fromTyped(QStringLiteral("a;")).asciiIsExact);
 }
 
 QTEST_GUILESS_MAIN(TestPreparedShortcut)
