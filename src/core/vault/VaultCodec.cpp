@@ -7,6 +7,7 @@
 #include <QJsonParseError>
 #include <QJsonValue>
 #include <QStringDecoder>
+#include <QStringEncoder>
 
 namespace Tessaline::VaultCodec {
 
@@ -739,11 +740,15 @@ public:
     void string(const QString& text)
     {
         static const char hex[] = "0123456789abcdef";
-        const QByteArray utf8 = text.toUtf8();
+        // The text's UTF-8 goes through one reused buffer rather than a new array per string.
+        const qsizetype room = m_encoder.requiredSpace(text.size());
+        if (m_utf8.size() < room)
+            m_utf8.resize(std::max(room, 2 * m_utf8.size()));
+        char* const begin = m_utf8.data();
+        const char* const end = m_encoder.appendToBuffer(begin, text);
+        const char* run = begin;
         out += '"';
         // Runs of bytes that need no escape are copied whole.
-        const char* run = utf8.constData();
-        const char* const end = run + utf8.size();
         for (const char* p = run; p < end; ++p) {
             const auto byte = static_cast<unsigned char>(*p);
             if (byte >= 0x20 && byte != '"' && byte != '\\' && byte != '/')
@@ -870,6 +875,9 @@ public:
 private:
     qsizetype m_depth = 0;
     bool m_first = true;
+    // Stateless: a lone surrogate at the end of one string never reaches into the next.
+    QStringEncoder m_encoder{QStringEncoder::Utf8, QStringConverter::Flag::Stateless};
+    QByteArray m_utf8;
 };
 
 } // namespace

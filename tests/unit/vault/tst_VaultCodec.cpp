@@ -23,6 +23,7 @@ private slots:
     void falseFavoriteIsWritten();
     void escapesSlashesQuotesAndControls();
     void encodedOutputDecodesToTheSameData();
+    void loneSurrogatesStayInTheirOwnString();
     void acceptsAnyWhitespace();
     void invalidUtf8IsASyntaxError();
     void readersAgreeOnRandomDocuments_data();
@@ -208,6 +209,28 @@ void TestVaultCodec::escapesSlashesQuotesAndControls()
     const QByteArray written = VaultCodec::encode(data);
     QVERIFY2(written.contains(R"("_comment" : "a\/b \"q\" back\\slash\ttab\nline\u0001 é ⌘")"),
              written.constData());
+}
+
+void TestVaultCodec::loneSurrogatesStayInTheirOwnString()
+{
+    // A half of a surrogate pair at the end of one text and the other half at the start of
+    // the next are two broken characters, each written as the replacement character, never
+    // one joined pair.
+    VaultData data;
+    const QString high = QStringLiteral("Emoji ") + QChar(0xD83D);
+    const QString low = QChar(0xDE00) + QStringLiteral(" face");
+    ShortcutItem entry;
+    entry.name = high; // written just before the note
+    entry.chord = QStringLiteral("⌘ E");
+    entry.note = low;
+    data.global.append(entry);
+    const QByteArray written = VaultCodec::encode(data);
+    QVERIFY(!written.contains(QStringLiteral("😀").toUtf8()));
+    const VaultCodec::DecodeResult back = VaultCodec::decode(written);
+    QVERIFY2(back, qPrintable(back.error));
+    QCOMPARE(back.data->global.first().name, QStringLiteral("Emoji \uFFFD"));
+    QCOMPARE(back.data->global.first().note, QStringLiteral("\uFFFD face"));
+    QCOMPARE(back.data->global.first().chord, QStringLiteral("⌘ E"));
 }
 
 void TestVaultCodec::encodedOutputDecodesToTheSameData()
