@@ -9,6 +9,8 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <string>
+
 namespace Tessaline::VaultCodec {
 
 namespace {
@@ -681,7 +683,8 @@ private:
 class Writer
 {
 public:
-    QByteArray out;
+    // A standard string: its appends are inlined, which matters for millions of small ones.
+    std::string out;
 
     void newline()
     {
@@ -854,7 +857,7 @@ public:
         qsizetype itemCount = data.global.size();
         for (const AppShortcutPack& pack : data.apps)
             itemCount += pack.shortcuts.size();
-        out.reserve(itemCount * 200 + 1024);
+        out.reserve(static_cast<std::size_t>(itemCount) * 200 + 1024);
         openObject();
         optionalString("_comment", data.comment);
         key("apps");
@@ -929,7 +932,7 @@ QByteArray encode(const VaultData& data)
 {
     Writer writer;
     writer.root(data);
-    return writer.out;
+    return QByteArray(writer.out.data(), static_cast<qsizetype>(writer.out.size()));
 }
 
 } // namespace Tessaline::VaultCodec
