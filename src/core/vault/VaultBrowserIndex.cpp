@@ -15,12 +15,11 @@ namespace Tessaline {
 
 VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(std::move(allRows))
 {
-    m_keys.reserve(m_rows.size());
-    m_fuzzy.reserve(m_rows.size());
-    for (const VaultShortcutRow& row : std::as_const(m_rows)) {
-        m_keys.append(ShortcutSearchKey(row.shortcut));
-        m_fuzzy.append(FuzzyShortcut(row.shortcut));
-    }
+    QList<ShortcutItem> shortcuts;
+    shortcuts.reserve(m_rows.size());
+    for (const VaultShortcutRow& row : std::as_const(m_rows))
+        shortcuts.append(row.shortcut);
+    m_prepared = PreparedShortcutList(shortcuts);
 
     QHash<QString, qsizetype> textIndex;
     const auto indexOfText = [&](const QString& text) {
@@ -90,23 +89,11 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     QList<bool> textMatches(m_names.size());
     for (qsizetype i = 0; i < m_names.size(); ++i)
         textMatches[i] = FuzzyMatch::matchScore(query.fuzzy, m_preparedNames[i]).has_value();
-    // The packed pre-check settles most rows; the matcher's prepared texts, spread over the
-    // heap, are read only when it cannot.
     bool* const keep = kept.data();
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         const qsizetype bundle = m_bundleOfRow[i];
-        if (textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]))
-            continue;
-        switch (m_keys.judge(i, query.ascii, query.asciiMask, query.asciiIsExact)) {
-        case ShortcutSearchKey::Verdict::NoMatch:
-            keep[i] = false;
-            break;
-        case ShortcutSearchKey::Verdict::MayMatch:
-            keep[i] = FuzzyMatch::matches(query.fuzzy, m_fuzzy[i]);
-            break;
-        case ShortcutSearchKey::Verdict::Matches:
-            break;
-        }
+        keep[i] = textMatches[m_nameOfRow[i]] || (bundle >= 0 && textMatches[bundle]) ||
+                  m_prepared.matches(i, query);
     }
     return kept;
 }

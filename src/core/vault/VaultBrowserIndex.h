@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "search/FuzzyShortcut.h"
+#include "search/FuzzyText.h"
 #include "vault/BrowserRows.h"
-#include "vault/ShortcutKeyTable.h"
+#include "vault/PreparedShortcutList.h"
 #include "vault/VaultShortcutRow.h"
 
 #include <QList>
@@ -58,9 +58,8 @@ private:
     QList<FuzzyText> m_preparedNames;
     QList<qsizetype> m_nameOfRow;
     QList<qsizetype> m_bundleOfRow;
-    /// Each row's quick pre-check, packed, and its texts in the matcher's prepared form.
-    ShortcutKeyTable m_keys;
-    QList<FuzzyShortcut> m_fuzzy;
+    /// The rows' shortcuts, prepared for searching.
+    PreparedShortcutList m_prepared;
     QList<Group> m_groups;
 };
 

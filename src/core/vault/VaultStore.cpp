@@ -115,6 +115,7 @@ void VaultStore::setFilter(const QString& filter)
 void VaultStore::publishDataChange()
 {
     m_prepared.clear();
+    m_packParts.clear();
     emit dataChanged();
 }
 
@@ -431,17 +432,28 @@ bool VaultStore::isScanned(const ShortcutItem& item)
            (item.tags && item.tags->contains(QStringLiteral("scanned")));
 }
 
-const QList<PreparedShortcut>& VaultStore::preparedItems(qsizetype packIndex) const
+const PreparedShortcutList& VaultStore::preparedItems(qsizetype packIndex) const
 {
     auto found = m_prepared.constFind(packIndex);
     if (found == m_prepared.cend()) {
-        const QList<ShortcutItem>& items =
-            packIndex < 0 ? m_data.global : m_data.apps[packIndex].shortcuts;
-        QList<PreparedShortcut> prepared;
-        prepared.reserve(items.size());
-        for (const ShortcutItem& item : items)
-            prepared.append(PreparedShortcut(item));
-        found = m_prepared.insert(packIndex, std::move(prepared));
+        found = m_prepared.insert(
+            packIndex,
+            PreparedShortcutList(packIndex < 0 ? m_data.global : m_data.apps[packIndex].shortcuts));
+    }
+    return *found;
+}
+
+const std::array<QList<qsizetype>, 3>& VaultStore::packParts(qsizetype packIndex) const
+{
+    auto found = m_packParts.constFind(packIndex);
+    if (found == m_packParts.cend()) {
+        std::array<QList<qsizetype>, 3> parts;
+        const QList<ShortcutItem>& shortcuts = m_data.apps[packIndex].shortcuts;
+        for (qsizetype i = 0; i < shortcuts.size(); ++i) {
+            const ShortcutItem& item = shortcuts[i];
+            parts[item.isFavorite() ? 0 : isScanned(item) ? 2 : 1].append(i);
+        }
+        found = m_packParts.insert(packIndex, std::move(parts));
     }
     return *found;
 }
@@ -465,12 +477,11 @@ QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
         {QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"), index, {}},
         {globalSectionTitle(), -1, {}}};
     if (index >= 0) {
-        const QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
-        for (qsizetype i = 0; i < shortcuts.size(); ++i) {
-            const ShortcutItem& item = shortcuts[i];
-            candidates[item.isFavorite() ? 0 : isScanned(item) ? 2 : 1].items.append(i);
-        }
+        const std::array<QList<qsizetype>, 3>& parts = packParts(index);
+        for (std::size_t part = 0; part < parts.size(); ++part)
+            candidates[static_cast<qsizetype>(part)].items = parts[part];
     }
+    candidates[3].items.reserve(m_data.global.size());
     for (qsizetype i = 0; i < m_data.global.size(); ++i)
         candidates[3].items.append(i);
 
@@ -489,10 +500,10 @@ QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
             continue;
         }
         // Ranking happens within each section; the sections keep their fixed order.
-        const QList<PreparedShortcut>& prepared = preparedItems(candidate.list);
+        const PreparedShortcutList& prepared = preparedItems(candidate.list);
         QList<std::pair<qint64, qsizetype>> ranked;
         for (const qsizetype i : candidate.items) {
-            if (const std::optional<qint64> score = prepared[i].score(query))
+            if (const std::optional<qint64> score = prepared.score(i, query))
                 ranked.append({*score, i});
         }
         if (ranked.isEmpty())

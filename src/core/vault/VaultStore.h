@@ -3,7 +3,7 @@
 
 #include "context/TrackedApp.h"
 #include "vault/AppShortcutPack.h"
-#include "vault/PreparedShortcut.h"
+#include "vault/PreparedShortcutList.h"
 #include "vault/ShortcutItem.h"
 #include "vault/ShortcutSection.h"
 #include "vault/VaultCodec.h"
@@ -15,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 
 namespace Tessaline {
@@ -123,7 +124,10 @@ private:
     void publishDataChange();
     /// The prepared search forms of a pack's items (-1: the global list), built on first use
     /// after each change and kept while the vault stays as it is.
-    const QList<PreparedShortcut>& preparedItems(qsizetype packIndex) const;
+    const PreparedShortcutList& preparedItems(qsizetype packIndex) const;
+    /// A pack's items split as its sections list them: favourites, the app's own shortcuts and
+    /// those discovered from its menus, as indices in stored order. Kept like preparedItems().
+    const std::array<QList<qsizetype>, 3>& packParts(qsizetype packIndex) const;
     void setLastError(std::optional<QString> error);
 
     Configuration m_configuration;
@@ -131,7 +135,8 @@ private:
     QString m_filter;
     std::optional<QString> m_lastError;
     bool m_dataFileDamaged = false;
-    mutable QHash<qsizetype, QList<PreparedShortcut>> m_prepared;
+    mutable QHash<qsizetype, PreparedShortcutList> m_prepared;
+    mutable QHash<qsizetype, std::array<QList<qsizetype>, 3>> m_packParts;
 };
 
 } // namespace Tessaline

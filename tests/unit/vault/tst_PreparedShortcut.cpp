@@ -5,6 +5,7 @@
 #include "search/FuzzyQuery.h"
 #include "search/FuzzyShortcut.h"
 #include "vault/PreparedShortcut.h"
+#include "vault/PreparedShortcutList.h"
 #include "vault/ShortcutKeyTable.h"
 
 #include <QRandomGenerator>
@@ -101,11 +102,17 @@ void TestPreparedShortcut::agreesWithThePlainScoreOnRandomText()
         }
     }
     QCOMPARE(table.size(), entries.size());
-    for (qsizetype i = 0; i < entries.size(); i += 37) {
-        const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(entries[i].name);
-        QCOMPARE(table.judge(i, query.ascii, query.asciiMask, false) !=
-                     ShortcutSearchKey::Verdict::NoMatch,
-                 keys[i].mayMatch(query.ascii, query.asciiMask));
+
+    // The prepared list answers for every item as the plain matcher does.
+    const PreparedShortcutList list(entries);
+    QCOMPARE(list.size(), entries.size());
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        for (const QString& typed : {text(3), entries[i].name.left(2), entries[i].chord}) {
+            const PreparedShortcut::Query query = PreparedShortcut::Query::fromTyped(typed);
+            const std::optional<qint64> plain = FuzzyMatch::score(typed, entries[i]);
+            QCOMPARE(list.score(i, query), plain);
+            QCOMPARE(list.matches(i, query), plain.has_value());
+        }
     }
 }
 
