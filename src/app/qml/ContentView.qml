@@ -315,7 +315,7 @@ ThemedSurface {
                         }
                         Button {
                             text: "Scan Menus"
-                            icon.source: root.symbolSource("text.viewfinder", palette.buttonText)
+                            icon.source: root.tintedSymbol("text.viewfinder", palette.buttonText)
                             icon.color: "transparent"
                             focusPolicy: Qt.NoFocus
                             Accessible.name: text

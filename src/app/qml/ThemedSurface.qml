@@ -10,16 +10,14 @@ Rectangle {
     readonly property bool dark: palette.window.hslLightness < 0.5
     readonly property color primary: palette.windowText
     readonly property color secondary: tinted(primary, 0.62)
-    readonly property color accent: palette.highlight
     readonly property color green: dark ? "#4cd07a" : "#17692e"
     readonly property color orange: dark ? "#ffad5c" : "#8f4500"
     readonly property color red: dark ? "#ff7b70" : "#b3231a"
     readonly property color blue: dark ? "#64b0ff" : "#1f62b8"
-    readonly property color yellow: "#f5b400"
 
     function tinted(c, a) { return Qt.rgba(c.r, c.g, c.b, a) }
     // A symbol image drawn in the given colour, for a control's icon.
-    function symbolSource(name, c) {
+    function tintedSymbol(name, c) {
         return "image://symbol/" + name + "?color=" + c.toString().replace("#", "").slice(-6)
     }
 

@@ -55,7 +55,7 @@ ThemedSurface {
             Button {
                 objectName: "scanOpenAppsButton"
                 text: "Scan Open Apps"
-                icon.source: root.symbolSource("square.stack.3d.up", palette.buttonText)
+                icon.source: root.tintedSymbol("square.stack.3d.up", palette.buttonText)
                 icon.color: "transparent"
                 enabled: !root.model.isScanning
                 Accessible.name: text
