@@ -26,8 +26,7 @@ VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(s
         auto found = textIndex.constFind(text);
         if (found == textIndex.cend()) {
             found = textIndex.insert(text, m_names.size());
-            m_names.append(text);
-            m_preparedNames.append(FuzzyText(text));
+            m_names.append(FuzzyText(text));
         }
         return *found;
     };
@@ -88,7 +87,7 @@ QList<bool> VaultBrowserIndex::keptRows(const QString& trimmedQuery) const
     // App names and bundle ids repeat across a pack's rows: each distinct one is matched once.
     QList<bool> textMatches(m_names.size());
     for (qsizetype i = 0; i < m_names.size(); ++i)
-        textMatches[i] = FuzzyMatch::matchScore(query.fuzzy, m_preparedNames[i]).has_value();
+        textMatches[i] = FuzzyMatch::matchScore(query.fuzzy, m_names[i]).has_value();
     bool* const keep = kept.data();
     for (qsizetype i = 0; i < m_rows.size(); ++i) {
         const qsizetype bundle = m_bundleOfRow[i];

@@ -52,10 +52,9 @@ private:
     QList<bool> keptRows(const QString& trimmedQuery) const;
 
     QList<VaultShortcutRow> m_rows;
-    /// The distinct app names and bundle ids, matched once per query, and for each row the
-    /// index of its own (-1: no bundle id).
-    QStringList m_names;
-    QList<FuzzyText> m_preparedNames;
+    /// The distinct app names and bundle ids in prepared form, matched once per query, and for
+    /// each row the indices of its own (-1: no bundle id).
+    QList<FuzzyText> m_names;
     QList<qsizetype> m_nameOfRow;
     QList<qsizetype> m_bundleOfRow;
     /// The rows' shortcuts, prepared for searching.
