@@ -108,7 +108,9 @@ ShortcutSearchKey::Verdict ShortcutSearchKey::judge(QByteArrayView kept, QByteAr
         while (p < end && !isEnd(*p))
             ++p;
         if (matched == length) {
-            if (exactQuery && p < end && *p == kWholeTextEnd)
+            if (!exactQuery)
+                return Verdict::MayMatch; // no later text can say more
+            if (p < end && *p == kWholeTextEnd)
                 return Verdict::Matches;
             verdict = Verdict::MayMatch;
         }
