@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The text helpers end to end: each helper types its text into a real mousepad window that was
-// the previous application, through the real clipboard and XTest, and the clipboard holds its
-// old text again afterwards.
+// The text helpers end to end: each helper brings back a real mousepad window that was the
+// previous application (through the X11 workspace, as the application does), types its text
+// there through the real clipboard and XTest, and the clipboard holds its old text again
+// afterwards.
 
 #include "helpers/TextHelperService.h"
 #include "platform/Scheduler.h"
 #include "platform/Workspace.h"
+#include "platform/desktop/DesktopEntries.h"
 #include "platform/qt/ClipboardAdapter.h"
+#include "platform/x11/X11Workspace.h"
 #include "platform/x11/XTestKeyInjector.h"
 
 #include "FakeAccessibilityTrust.h"
@@ -45,28 +48,30 @@ QString xdotool(const QStringList& arguments)
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
-// The desktop as far as this test needs it: the editor is the one running application, and
-// activating it asks the window manager through xdotool. (The application's own X11 workspace
-// lives elsewhere; this stand-in keeps the test about the helpers.)
-class EditorWorkspace final : public Workspace
+// The application's X11 workspace, counting the activations the helpers ask of it.
+class CountingWorkspace final : public Workspace
 {
 public:
-    QString editorWindow;
-    qint64 editorPid = 0;
+    explicit CountingWorkspace(Workspace& desktop) : m_desktop(desktop) {}
+
     int activations = 0;
 
-    std::optional<RunningApplication> frontmostApplication() const override { return {}; }
+    std::optional<RunningApplication> frontmostApplication() const override
+    {
+        return m_desktop.frontmostApplication();
+    }
     QList<RunningApplication> runningApplications() const override
     {
-        return {RunningApplication{u"Mousepad"_s, kEditorId, editorPid, true}};
+        return m_desktop.runningApplications();
     }
     bool activate(const RunningApplication& application) override
     {
-        if (application.bundleIdentifier != kEditorId)
-            return false;
         ++activations;
-        return !xdotool({u"windowactivate"_s, u"--sync"_s, editorWindow}).isNull();
+        return m_desktop.activate(application);
     }
+
+private:
+    Workspace& m_desktop;
 };
 
 // Keycodes of every modifier that is down now, from the server's keymap.
@@ -110,7 +115,10 @@ private:
     QString m_notesPath;
     QWidget m_panel; // stands in for the HUD that was in front when the helper was chosen
     QString m_panelWindow;
-    EditorWorkspace m_workspace;
+    QString m_editorWindow;
+    DesktopEntries m_entries;
+    X11Workspace m_desktop{m_entries};
+    CountingWorkspace m_workspace{m_desktop};
     ClipboardAdapter m_clipboard;
     XTestKeyInjector m_keys;
     Testing::FakeAccessibilityTrust m_trust;
@@ -140,11 +148,12 @@ void TestTextHelpersDesktop::initTestCase()
     m_editor.setProcessEnvironment(environment);
     m_editor.start(u"mousepad"_s, {u"--disable-server"_s, notes.fileName()});
     QVERIFY2(m_editor.waitForStarted(10000), "mousepad did not start");
-    m_workspace.editorPid = m_editor.processId();
-    m_workspace.editorWindow = xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--pid"_s,
-                                        QString::number(m_editor.processId())})
-                                   .section(u'\n', 0, 0);
-    QVERIFY2(!m_workspace.editorWindow.isEmpty(), "no mousepad window");
+    m_editorWindow = xdotool({u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--pid"_s,
+                              QString::number(m_editor.processId())})
+                         .section(u'\n', 0, 0);
+    QVERIFY2(!m_editorWindow.isEmpty(), "no mousepad window");
+    // The workspace knows the editor by its desktop entry, as the tracker would report it.
+    QTRY_VERIFY_WITH_TIMEOUT(!m_desktop.runningApplications(kEditorId).isEmpty(), 5000);
 
     m_panel.setWindowTitle(u"Tessaline helper test panel"_s);
     m_panel.resize(300, 200);
@@ -172,7 +181,7 @@ QString TestTextHelpersDesktop::editorText()
 {
     QFileInfo file(m_notesPath);
     const QDateTime before = file.lastModified();
-    xdotool({u"windowactivate"_s, u"--sync"_s, m_workspace.editorWindow});
+    xdotool({u"windowactivate"_s, u"--sync"_s, m_editorWindow});
     xdotool({u"key"_s, u"--clearmodifiers"_s, u"ctrl+s"_s});
     for (int i = 0; i < 100; ++i) {
         QTest::qWait(50);
@@ -189,7 +198,7 @@ QString TestTextHelpersDesktop::editorText()
 
 void TestTextHelpersDesktop::clearEditor()
 {
-    xdotool({u"windowactivate"_s, u"--sync"_s, m_workspace.editorWindow});
+    xdotool({u"windowactivate"_s, u"--sync"_s, m_editorWindow});
     xdotool({u"key"_s, u"--clearmodifiers"_s, u"ctrl+a"_s, u"Delete"_s});
     QTest::qWait(100);
 }
