@@ -21,7 +21,7 @@ ThemedSurface {
     implicitWidth: 360
     implicitHeight: content.implicitHeight + 2 * 14
     radius: 12
-    color: tinted(palette.window, 0.97)
+    color: tinted(windowColor, 0.97)
     border.width: 1
     border.color: tinted(primary, 0.08)
 

@@ -7,8 +7,11 @@ import QtQuick
 Rectangle {
     id: surface
 
-    readonly property bool dark: palette.window.hslLightness < 0.5
-    readonly property color primary: palette.windowText
+    // Read from the system palette itself: reading `palette` here, where its roles are set,
+    // would re-evaluate these bindings while they run.
+    readonly property color windowColor: system.window
+    readonly property bool dark: windowColor.hslLightness < 0.5
+    readonly property color primary: system.windowText
     readonly property color secondary: tinted(primary, 0.62)
     readonly property color green: dark ? "#4cd07a" : "#17692e"
     readonly property color orange: dark ? "#ffad5c" : "#8f4500"
@@ -38,5 +41,5 @@ Rectangle {
     palette.dark: system.dark
     palette.shadow: system.shadow
 
-    color: palette.window
+    color: windowColor
 }
