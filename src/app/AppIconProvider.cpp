@@ -14,8 +14,13 @@ AppIconProvider::AppIconProvider(std::function<std::optional<QString>(const QStr
 QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
 {
     const int side = std::max({requestedSize.width(), requestedSize.height(), 32});
-    const QImage image =
+    QImage image =
         m_drawn.image(QStringLiteral("%1|%2").arg(id).arg(side), [&] { return draw(id, side); });
+    if (image.isNull()) {
+        // Qt Quick logs a warning for every null image; a blank pixel says "no icon" quietly.
+        image = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+    }
     if (size)
         *size = image.size();
     return image;

@@ -11,8 +11,8 @@
 namespace Tessaline {
 
 /// Serves "image://appicon/<bundle id>": the application's icon named by its desktop entry,
-/// from the icon theme or the file the entry names. An app without an icon yields a null image,
-/// and the view then shows its fallback symbol. Drawn icons are remembered.
+/// from the icon theme or the file the entry names. An app without an icon yields a blank 1 × 1
+/// image, and the view then shows its fallback symbol. Drawn icons are remembered.
 class AppIconProvider : public QQuickImageProvider
 {
 public:
