@@ -51,6 +51,14 @@ int BrowserModel::countForGroup(const QString& group) const
     return m_groupCounts.value(group);
 }
 
+QVariantMap BrowserModel::groupCounts() const
+{
+    QVariantMap counts;
+    for (auto it = m_groupCounts.cbegin(); it != m_groupCounts.cend(); ++it)
+        counts.insert(it.key(), it.value());
+    return counts;
+}
+
 void BrowserModel::copyChord(const QString& chord)
 {
     if (m_copyText)

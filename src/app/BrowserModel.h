@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
@@ -27,6 +28,8 @@ class BrowserModel : public QObject
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
     Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
+    /// How many rows each group shows now, by group name; a binding on it follows the query.
+    Q_PROPERTY(QVariantMap groupCounts READ groupCounts NOTIFY rowsChanged)
     Q_PROPERTY(int appPackCount READ appPackCount NOTIFY countsChanged)
     Q_PROPERTY(int shortcutCount READ shortcutCount NOTIFY countsChanged)
     Q_PROPERTY(QString statusText READ statusText NOTIFY scannerChanged)
@@ -51,6 +54,7 @@ public:
     /// How many rows a group shows now.
     Q_INVOKABLE
     int countForGroup(const QString& group) const;
+    QVariantMap groupCounts() const;
     Q_INVOKABLE
     void copyChord(const QString& chord);
 

@@ -89,6 +89,46 @@ Item {
             compare(findChild(view, "browserList").count, 1)
         }
 
+        // Every shown group header: its title and the count beside it.
+        function groupHeaders(item) {
+            let found = []
+            const visit = function (node) {
+                if (!node || !node.visible)
+                    return
+                if (node.objectName === "groupCount") {
+                    found.push(node.parent.children[1].text + " " + node.text)
+                    return
+                }
+                for (let i = 0; i < node.children.length; ++i)
+                    visit(node.children[i])
+            }
+            visit(item)
+            return found.sort()
+        }
+
+        function test_groupCountsFollowTheQuery() {
+            const view = makeView()
+            const list = findChild(view, "browserList")
+            const headers = function (expected) {
+                tryVerify(function () { return String(groupHeaders(list)) === String(expected) },
+                          1000, "group headers " + groupHeaders(list) + ", wanted " + expected)
+            }
+            headers(["Editor 3", "Global Mac essentials 2"])
+            // Typed a key at a time, as a person does: the headers stay while their counts change.
+            const search = findChild(view, "browserSearch")
+            search.forceActiveFocus()
+            keyClick(Qt.Key_Y)
+            headers(["Editor 1", "Global Mac essentials 1"])
+            keyClick(Qt.Key_A)
+            headers(["Editor 1"])
+            keyClick(Qt.Key_Backspace)
+            keyClick(Qt.Key_Backspace)
+            keyClick(Qt.Key_S)
+            headers(["Editor 3", "Global Mac essentials 2"])
+            view.model.query = "yank"
+            headers(["Editor 1"])
+        }
+
         function test_showJsonEmitsItsSignal() {
             const view = makeView()
             const spy = createTemporaryObject(spyComponent, testCase,

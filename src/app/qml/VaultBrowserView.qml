@@ -177,7 +177,10 @@ ThemedSurface {
                         Accessible.name: text
                     }
                     Label {
-                        text: root.model.countForGroup(section)
+                        objectName: "groupCount"
+                        // A header is kept while its group stays in the list: the count must
+                        // follow the rows, so it binds to the counts, not a one-off call.
+                        text: root.model.groupCounts[section] ?? 0
                         font.pixelSize: 11
                         color: root.secondary
                     }

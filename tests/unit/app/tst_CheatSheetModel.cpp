@@ -314,6 +314,7 @@ private Q_SLOTS:
         browser.setQuery(QStringLiteral("org.example.editor"));
         QCOMPARE(browser.rowCount(), 3);
         QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
+        QCOMPARE(browser.groupCounts(), (QVariantMap{{QStringLiteral("Editor"), 3}}));
         browser.setQuery(QStringLiteral("no such shortcut anywhere"));
         QCOMPARE(browser.rowCount(), 0);
         QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 0);
