@@ -48,15 +48,7 @@ QVariant BrowserModel::bundleIDForGroup(const QString& group) const
 
 int BrowserModel::countForGroup(const QString& group) const
 {
-    return m_groupCounts.value(group);
-}
-
-QVariantMap BrowserModel::groupCounts() const
-{
-    QVariantMap counts;
-    for (auto it = m_groupCounts.cbegin(); it != m_groupCounts.cend(); ++it)
-        counts.insert(it.key(), it.value());
-    return counts;
+    return m_groupCounts.value(group).toInt();
 }
 
 void BrowserModel::copyChord(const QString& chord)

@@ -54,7 +54,7 @@ public:
     /// How many rows a group shows now.
     Q_INVOKABLE
     int countForGroup(const QString& group) const;
-    QVariantMap groupCounts() const;
+    QVariantMap groupCounts() const { return m_groupCounts; }
     Q_INVOKABLE
     void copyChord(const QString& chord);
 
@@ -74,7 +74,7 @@ private:
     QString m_query;
     VaultBrowserIndex m_index;
     BrowserListModel m_rows;
-    QHash<QString, int> m_groupCounts;
+    QVariantMap m_groupCounts;
     QHash<QString, QString> m_groupBundleIDs;
 };
 
