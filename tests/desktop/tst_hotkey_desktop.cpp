@@ -120,7 +120,7 @@ bool pressKeys(const char* chord)
 
 } // namespace
 
-class tst_hotkey_desktop : public QObject
+class TestHotkeyDesktop : public QObject
 {
     Q_OBJECT
 
@@ -142,7 +142,7 @@ private:
     int m_toggles = 0;
 };
 
-void tst_hotkey_desktop::initTestCase()
+void TestHotkeyDesktop::initTestCase()
 {
     QCOMPARE(QGuiApplication::platformName(), QStringLiteral("xcb"));
     m_service = std::make_unique<XcbHotKeyService>();
@@ -152,14 +152,14 @@ void tst_hotkey_desktop::initTestCase()
     m_manager = std::make_unique<HotkeyManager>(*m_defaults, m_scheduler, [this] { ++m_toggles; });
 }
 
-void tst_hotkey_desktop::cleanupTestCase()
+void TestHotkeyDesktop::cleanupTestCase()
 {
     m_manager.reset();
     HotKey::HotKeysController::setService(nullptr);
     m_service.reset();
 }
 
-void tst_hotkey_desktop::enabledHotkeyTogglesAndDisabledDoesNothing()
+void TestHotkeyDesktop::enabledHotkeyTogglesAndDisabledDoesNothing()
 {
     OtherClient other;
     QVERIFY(other.isConnected());
@@ -230,7 +230,7 @@ void tst_hotkey_desktop::enabledHotkeyTogglesAndDisabledDoesNothing()
     }
 }
 
-void tst_hotkey_desktop::takenCombinationFailsQuietlyAndAnotherWorks()
+void TestHotkeyDesktop::takenCombinationFailsQuietlyAndAnotherWorks()
 {
     OtherClient other;
     QVERIFY(other.isConnected());
@@ -264,7 +264,7 @@ void tst_hotkey_desktop::takenCombinationFailsQuietlyAndAnotherWorks()
     m_manager->setEnabled(false);
 }
 
-void tst_hotkey_desktop::releasesReachTheKeyUpHandler()
+void TestHotkeyDesktop::releasesReachTheKeyUpHandler()
 {
     int downs = 0;
     int ups = 0;
@@ -296,5 +296,5 @@ void tst_hotkey_desktop::releasesReachTheKeyUpHandler()
     QCOMPARE(downs, 2);
 }
 
-QTEST_MAIN(tst_hotkey_desktop)
+QTEST_MAIN(TestHotkeyDesktop)
 #include "tst_hotkey_desktop.moc"

@@ -151,7 +151,7 @@ QList<Finding> illegibleTexts(QQuickItem* root, const QColor& windowColor, int* 
 
 } // namespace
 
-class tst_ViewThemes : public QObject
+class TestViewThemes : public QObject
 {
     Q_OBJECT
 
@@ -334,5 +334,5 @@ private:
     }
 };
 
-QTEST_MAIN(tst_ViewThemes)
+QTEST_MAIN(TestViewThemes)
 #include "tst_ViewThemes.moc"

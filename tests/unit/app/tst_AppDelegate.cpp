@@ -34,7 +34,7 @@ Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 using namespace Tessaline;
 using namespace Tessaline::Testing;
 
-class tst_AppDelegate : public QObject
+class TestAppDelegate : public QObject
 {
     Q_OBJECT
 
@@ -227,5 +227,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_AppDelegate)
+QTEST_MAIN(TestAppDelegate)
 #include "tst_AppDelegate.moc"

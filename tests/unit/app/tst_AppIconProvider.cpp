@@ -7,7 +7,7 @@
 
 using Tessaline::AppIconProvider;
 
-class tst_AppIconProvider : public QObject
+class TestAppIconProvider : public QObject
 {
     Q_OBJECT
 
@@ -68,5 +68,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_AppIconProvider)
+QTEST_MAIN(TestAppIconProvider)
 #include "tst_AppIconProvider.moc"

@@ -25,7 +25,7 @@ Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 using namespace Tessaline;
 using Kind = AppWindowPresenter::Kind;
 
-class tst_AppWindowPresenter : public QObject
+class TestAppWindowPresenter : public QObject
 {
     Q_OBJECT
 
@@ -196,5 +196,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_AppWindowPresenter)
+QTEST_MAIN(TestAppWindowPresenter)
 #include "tst_AppWindowPresenter.moc"

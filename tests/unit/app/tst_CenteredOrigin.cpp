@@ -7,7 +7,7 @@
 
 using Tessaline::AppDelegate;
 
-class tst_CenteredOrigin : public QObject
+class TestCenteredOrigin : public QObject
 {
     Q_OBJECT
 
@@ -46,5 +46,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_CenteredOrigin)
+QTEST_MAIN(TestCenteredOrigin)
 #include "tst_CenteredOrigin.moc"

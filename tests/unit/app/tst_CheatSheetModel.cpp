@@ -51,7 +51,7 @@ QStringList column(QAbstractItemModel& model, int role)
 
 } // namespace
 
-class tst_CheatSheetModel : public QObject
+class TestCheatSheetModel : public QObject
 {
     Q_OBJECT
 
@@ -383,5 +383,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_CheatSheetModel)
+QTEST_MAIN(TestCheatSheetModel)
 #include "tst_CheatSheetModel.moc"

@@ -18,7 +18,7 @@ QImage filled(int side, QColor color)
 
 } // namespace
 
-class tst_ImageMemo : public QObject
+class TestImageMemo : public QObject
 {
     Q_OBJECT
 
@@ -89,5 +89,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_ImageMemo)
+QTEST_MAIN(TestImageMemo)
 #include "tst_ImageMemo.moc"

@@ -28,7 +28,7 @@ protected:
 
 } // namespace
 
-class tst_ListNavigator : public QObject
+class TestListNavigator : public QObject
 {
     Q_OBJECT
 
@@ -212,5 +212,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_ListNavigator)
+QTEST_MAIN(TestListNavigator)
 #include "tst_ListNavigator.moc"

@@ -8,7 +8,7 @@
 
 using namespace Tessaline;
 
-class tst_MenuBarController : public QObject
+class TestMenuBarController : public QObject
 {
     Q_OBJECT
 
@@ -133,5 +133,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_MenuBarController)
+QTEST_MAIN(TestMenuBarController)
 #include "tst_MenuBarController.moc"

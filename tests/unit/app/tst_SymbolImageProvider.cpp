@@ -26,7 +26,7 @@ QSet<QRgb> visibleColors(const QImage& image)
 
 } // namespace
 
-class tst_SymbolImageProvider : public QObject
+class TestSymbolImageProvider : public QObject
 {
     Q_OBJECT
 
@@ -101,5 +101,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(tst_SymbolImageProvider)
+QTEST_MAIN(TestSymbolImageProvider)
 #include "tst_SymbolImageProvider.moc"

@@ -15,7 +15,7 @@ using HotKey::ModifierFlags;
 using Tessaline::Testing::FakeHotKeyService;
 namespace Status = HotKey::Status;
 
-class tst_HotKeysController : public QObject
+class TestHotKeysController : public QObject
 {
     Q_OBJECT
 
@@ -39,25 +39,25 @@ private:
     std::unique_ptr<FakeHotKeyService> m_service;
 };
 
-void tst_HotKeysController::init()
+void TestHotKeysController::init()
 {
     m_service = std::make_unique<FakeHotKeyService>();
     HotKeysController::setService(m_service.get());
 }
 
-void tst_HotKeysController::cleanup()
+void TestHotKeysController::cleanup()
 {
     QVERIFY(HotKeysController::hotKeys().empty());
     HotKeysController::setService(nullptr);
     m_service.reset();
 }
 
-void tst_HotKeysController::signatureIsMrvk()
+void TestHotKeysController::signatureIsMrvk()
 {
     QCOMPARE(HotKeysController::eventHotKeySignature, 0x4D72766Bu);
 }
 
-void tst_HotKeysController::threeInitializersRegisterTheSameCombo()
+void TestHotKeysController::threeInitializersRegisterTheSameCombo()
 {
     const ModifierFlags flags(ModifierFlags::control | ModifierFlags::option |
                               ModifierFlags::command);
@@ -75,7 +75,7 @@ void tst_HotKeysController::threeInitializersRegisterTheSameCombo()
     QVERIFY(!fromKey->isPaused());
 }
 
-void tst_HotKeysController::registrationUsesTheNextIdAndSignature()
+void TestHotKeysController::registrationUsesTheNextIdAndSignature()
 {
     const quint32 before = HotKeysController::hotKeysCount();
     auto hotKey = HotKey::HotKey::create(KeyCombo(1, 256));
@@ -92,7 +92,7 @@ void tst_HotKeysController::registrationUsesTheNextIdAndSignature()
     QCOMPARE(HotKeysController::hotKey(before + 1), hotKey);
 }
 
-void tst_HotKeysController::handlerIsInstalledOnceAtTheFirstSuccess()
+void TestHotKeysController::handlerIsInstalledOnceAtTheFirstSuccess()
 {
     m_service->decide = [](quint32, quint32, HotKeyId) {
         return HotKey::HotKeyService::Registration{-1, std::nullopt};
@@ -116,7 +116,7 @@ void tst_HotKeysController::handlerIsInstalledOnceAtTheFirstSuccess()
     QCOMPARE(m_service->handlerInstalls, 1);
 }
 
-void tst_HotKeysController::sameComboGetsDifferentIdsAndTheServiceDecides()
+void TestHotKeysController::sameComboGetsDifferentIdsAndTheServiceDecides()
 {
     // Like the system, the fake refuses a combination that is already registered.
     m_service->decide = [this](quint32 code, quint32 modifiers, HotKeyId) {
@@ -152,7 +152,7 @@ void tst_HotKeysController::sameComboGetsDifferentIdsAndTheServiceDecides()
     QCOMPARE(secondPresses, 1);
 }
 
-void tst_HotKeysController::failedRegistrationKeepsItsBoxSilently()
+void TestHotKeysController::failedRegistrationKeepsItsBoxSilently()
 {
     m_service->decide = [](quint32, quint32, HotKeyId) {
         return HotKey::HotKeyService::Registration{Status::noError, std::nullopt};
@@ -168,7 +168,7 @@ void tst_HotKeysController::failedRegistrationKeepsItsBoxSilently()
     QVERIFY(m_service->unregistrations.isEmpty());
 }
 
-void tst_HotKeysController::registeringTwiceDoesNothing()
+void TestHotKeysController::registeringTwiceDoesNothing()
 {
     auto hotKey = HotKey::HotKey::create(KeyCombo(7, 256));
     const quint32 count = HotKeysController::hotKeysCount();
@@ -179,7 +179,7 @@ void tst_HotKeysController::registeringTwiceDoesNothing()
     QCOMPARE(HotKeysController::hotKeys().size(), std::size_t(1));
 }
 
-void tst_HotKeysController::pressAndReleaseCallTheirHandlers()
+void TestHotKeysController::pressAndReleaseCallTheirHandlers()
 {
     int downs = 0;
     int ups = 0;
@@ -199,7 +199,7 @@ void tst_HotKeysController::pressAndReleaseCallTheirHandlers()
     QCOMPARE(downs, 1);
 }
 
-void tst_HotKeysController::pauseAndUnpauseGiveANewId()
+void TestHotKeysController::pauseAndUnpauseGiveANewId()
 {
     int downs = 0;
     auto hotKey = HotKey::HotKey::create(KeyCombo(40, 6400), [&] { ++downs; });
@@ -226,7 +226,7 @@ void tst_HotKeysController::pauseAndUnpauseGiveANewId()
     QCOMPARE(downs, 1);
 }
 
-void tst_HotKeysController::destructionUnregisters()
+void TestHotKeysController::destructionUnregisters()
 {
     auto hotKey = HotKey::HotKey::create(KeyCombo(8, 256), [] {});
     const HotKeyId id = m_service->registrations.last().id;
@@ -238,7 +238,7 @@ void tst_HotKeysController::destructionUnregisters()
     QCOMPARE(m_service->deliver(id), Status::eventNotHandled);
 }
 
-void tst_HotKeysController::deadHotKeyIsRemovedAtItsNextEvent()
+void TestHotKeysController::deadHotKeyIsRemovedAtItsNextEvent()
 {
     int downs = 0;
     auto hotKey = HotKey::HotKey::create(KeyCombo(9, 256), [&] { ++downs; });
@@ -261,7 +261,7 @@ void tst_HotKeysController::deadHotKeyIsRemovedAtItsNextEvent()
     QVERIFY(!HotKeysController::hotKey(id.id));
 }
 
-void tst_HotKeysController::unhandledEvents()
+void TestHotKeysController::unhandledEvents()
 {
     int downs = 0;
     auto hotKey = HotKey::HotKey::create(KeyCombo(10, 256), [&] { ++downs; });
@@ -292,5 +292,5 @@ void tst_HotKeysController::unhandledEvents()
     QCOMPARE(downs, 1);
 }
 
-QTEST_GUILESS_MAIN(tst_HotKeysController)
+QTEST_GUILESS_MAIN(TestHotKeysController)
 #include "tst_HotKeysController.moc"

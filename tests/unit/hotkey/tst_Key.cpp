@@ -9,7 +9,7 @@ using HotKey::Key;
 Q_DECLARE_METATYPE(Key)
 Q_DECLARE_METATYPE(std::optional<Key>)
 
-class tst_Key : public QObject
+class TestKey : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private Q_SLOTS:
     void descriptionsAreNotEmpty();
 };
 
-void tst_Key::hasAllKeysWithDistinctCodes()
+void TestKey::hasAllKeysWithDistinctCodes()
 {
     QCOMPARE(HotKey::allKeys().size(), 114);
     QSet<quint32> codes;
@@ -35,7 +35,7 @@ void tst_Key::hasAllKeysWithDistinctCodes()
     QCOMPARE(codes.size(), 114);
 }
 
-void tst_Key::codes_data()
+void TestKey::codes_data()
 {
     QTest::addColumn<Key>("key");
     QTest::addColumn<quint32>("code");
@@ -171,7 +171,7 @@ void tst_Key::codes_data()
     }
 }
 
-void tst_Key::codes()
+void TestKey::codes()
 {
     QFETCH(Key, key);
     QFETCH(quint32, code);
@@ -181,20 +181,20 @@ void tst_Key::codes()
     QCOMPARE(HotKey::keyFromCarbonKeyCode(code), std::optional<Key>(key));
 }
 
-void tst_Key::unusedCodesNameNoKey_data()
+void TestKey::unusedCodesNameNoKey_data()
 {
     QTest::addColumn<quint32>("code");
     for (quint32 code : {52, 66, 68, 70, 77, 93, 94, 95, 102, 104, 108, 110, 112})
         QTest::addRow("%u", code) << code;
 }
 
-void tst_Key::unusedCodesNameNoKey()
+void TestKey::unusedCodesNameNoKey()
 {
     QFETCH(quint32, code);
     QVERIFY(!HotKey::keyFromCarbonKeyCode(code).has_value());
 }
 
-void tst_Key::codesAboveTheTableNameNoKey()
+void TestKey::codesAboveTheTableNameNoKey()
 {
     QVERIFY(HotKey::keyFromCarbonKeyCode(126).has_value());
     QVERIFY(!HotKey::keyFromCarbonKeyCode(127).has_value());
@@ -202,7 +202,7 @@ void tst_Key::codesAboveTheTableNameNoKey()
     QVERIFY(!HotKey::keyFromCarbonKeyCode(0xFFFFFFFFu).has_value());
 }
 
-void tst_Key::everyKeyRoundTripsThroughItsCode()
+void TestKey::everyKeyRoundTripsThroughItsCode()
 {
     int named = 0;
     for (quint32 code = 0; code <= 126; ++code) {
@@ -214,7 +214,7 @@ void tst_Key::everyKeyRoundTripsThroughItsCode()
     QCOMPARE(named, 114);
 }
 
-void tst_Key::fromString_data()
+void TestKey::fromString_data()
 {
     QTest::addColumn<QString>("string");
     QTest::addColumn<std::optional<Key>>("expected");
@@ -346,14 +346,14 @@ void tst_Key::fromString_data()
     row("padded letter", s(u" k"), none);
 }
 
-void tst_Key::fromString()
+void TestKey::fromString()
 {
     QFETCH(QString, string);
     QFETCH(std::optional<Key>, expected);
     QCOMPARE(HotKey::keyFromString(string), expected);
 }
 
-void tst_Key::descriptionsAreNotEmpty()
+void TestKey::descriptionsAreNotEmpty()
 {
     for (Key key : HotKey::allKeys())
         QVERIFY2(!HotKey::keyDescription(key).isEmpty(), qPrintable(HotKey::keyName(key)));
@@ -361,5 +361,5 @@ void tst_Key::descriptionsAreNotEmpty()
     QCOMPARE(HotKey::keyDescription(Key::f5), QStringLiteral("F5"));
 }
 
-QTEST_GUILESS_MAIN(tst_Key)
+QTEST_GUILESS_MAIN(TestKey)
 #include "tst_Key.moc"

@@ -11,7 +11,7 @@ using HotKey::KeyCombo;
 using HotKey::ModifierFlags;
 using Tessaline::Testing::FakeHotKeyService;
 
-class tst_KeyCombo : public QObject
+class TestKeyCombo : public QObject
 {
     Q_OBJECT
 
@@ -38,18 +38,18 @@ private:
     std::unique_ptr<FakeHotKeyService> m_service;
 };
 
-void tst_KeyCombo::init()
+void TestKeyCombo::init()
 {
     m_service = std::make_unique<FakeHotKeyService>();
     HotKey::HotKeysController::setService(m_service.get());
 }
 
-void tst_KeyCombo::cleanup()
+void TestKeyCombo::cleanup()
 {
     HotKey::HotKeysController::setService(nullptr);
 }
 
-void tst_KeyCombo::comboFromKeyAndFlags()
+void TestKeyCombo::comboFromKeyAndFlags()
 {
     const KeyCombo combo(Key::k, ModifierFlags(ModifierFlags::control | ModifierFlags::option |
                                                ModifierFlags::command));
@@ -63,7 +63,7 @@ void tst_KeyCombo::comboFromKeyAndFlags()
     QVERIFY(combo.isValid());
 }
 
-void tst_KeyCombo::dictionaryRoundTrip()
+void TestKeyCombo::dictionaryRoundTrip()
 {
     const KeyCombo combo(122, 512);
     QCOMPARE(KeyCombo::fromDictionary(combo.dictionary()), std::optional<KeyCombo>(combo));
@@ -71,7 +71,7 @@ void tst_KeyCombo::dictionaryRoundTrip()
     QCOMPARE(KeyCombo::fromDictionary(ints), std::optional<KeyCombo>(KeyCombo(3, 256)));
 }
 
-void tst_KeyCombo::dictionaryNeedsIntegers_data()
+void TestKeyCombo::dictionaryNeedsIntegers_data()
 {
     QTest::addColumn<QVariantMap>("dictionary");
     const auto code = QStringLiteral("keyCode");
@@ -84,13 +84,13 @@ void tst_KeyCombo::dictionaryNeedsIntegers_data()
     QTest::addRow("bool code") << QVariantMap{{code, true}, {mods, 256}};
 }
 
-void tst_KeyCombo::dictionaryNeedsIntegers()
+void TestKeyCombo::dictionaryNeedsIntegers()
 {
     QFETCH(QVariantMap, dictionary);
     QVERIFY(!KeyCombo::fromDictionary(dictionary).has_value());
 }
 
-void tst_KeyCombo::keyAndModifierViews()
+void TestKeyCombo::keyAndModifierViews()
 {
     KeyCombo combo(40, 0x1000 | 0x100);
     QCOMPARE(combo.key(), std::optional<Key>(Key::k));
@@ -108,7 +108,7 @@ void tst_KeyCombo::keyAndModifierViews()
     QVERIFY(!KeyCombo(52, 0).key().has_value());
 }
 
-void tst_KeyCombo::description()
+void TestKeyCombo::description()
 {
     QCOMPARE(KeyCombo(40, 6400).description(), QStringLiteral("⌃⌥⌘K"));
     QCOMPARE(KeyCombo(96, 512).description(), QStringLiteral("⇧F5"));
@@ -117,13 +117,13 @@ void tst_KeyCombo::description()
     QCOMPARE(KeyCombo(0, 0).description(), QStringLiteral("A"));
 }
 
-void tst_KeyCombo::codeToStringIsAlwaysNone()
+void TestKeyCombo::codeToStringIsAlwaysNone()
 {
     QVERIFY(!KeyCombo::carbonKeyCodeToString(0).has_value());
     QVERIFY(!KeyCombo::carbonKeyCodeToString(40).has_value());
 }
 
-void tst_KeyCombo::modifierConversions_data()
+void TestKeyCombo::modifierConversions_data()
 {
     QTest::addColumn<quint64>("flags");
     QTest::addColumn<quint32>("carbon");
@@ -135,7 +135,7 @@ void tst_KeyCombo::modifierConversions_data()
     QTest::addRow("all") << quint64(0x1E0000) << 0x1B00u;
 }
 
-void tst_KeyCombo::modifierConversions()
+void TestKeyCombo::modifierConversions()
 {
     QFETCH(quint64, flags);
     QFETCH(quint32, carbon);
@@ -146,7 +146,7 @@ void tst_KeyCombo::modifierConversions()
     QCOMPARE(ModifierFlags::fromCarbonFlags(carbon | 0x1 | 0x400 | 0x2000), ModifierFlags(flags));
 }
 
-void tst_KeyCombo::modifierDescriptionOrderIsFixed_data()
+void TestKeyCombo::modifierDescriptionOrderIsFixed_data()
 {
     QTest::addColumn<QList<quint64>>("order");
     QTest::addRow("control first") << QList<quint64>{ModifierFlags::control, ModifierFlags::option,
@@ -157,7 +157,7 @@ void tst_KeyCombo::modifierDescriptionOrderIsFixed_data()
                                              ModifierFlags::control, ModifierFlags::option};
 }
 
-void tst_KeyCombo::modifierDescriptionOrderIsFixed()
+void TestKeyCombo::modifierDescriptionOrderIsFixed()
 {
     QFETCH(QList<quint64>, order);
     ModifierFlags flags;
@@ -169,7 +169,7 @@ void tst_KeyCombo::modifierDescriptionOrderIsFixed()
              QStringLiteral("⇧⌘"));
 }
 
-void tst_KeyCombo::standardCombos()
+void TestKeyCombo::standardCombos()
 {
     const QList<KeyCombo> combos = KeyCombo::standardKeyCombos();
     QCOMPARE(combos.size(), 46);
@@ -195,7 +195,7 @@ void tst_KeyCombo::standardCombos()
     QCOMPARE(combos.last(), KeyCombo(44, 256 | 512));
 }
 
-void tst_KeyCombo::menuCombos()
+void TestKeyCombo::menuCombos()
 {
     auto sub = std::make_shared<HotKey::Menu>();
     sub->items = {
@@ -218,7 +218,7 @@ void tst_KeyCombo::menuCombos()
     QCOMPARE(KeyCombo::keyCombos(HotKey::Menu{}), QList<KeyCombo>{});
 }
 
-void tst_KeyCombo::mainMenuCombos()
+void TestKeyCombo::mainMenuCombos()
 {
     QCOMPARE(KeyCombo::mainMenuKeyCombos(), QList<KeyCombo>{});
     HotKey::Menu menu;
@@ -229,7 +229,7 @@ void tst_KeyCombo::mainMenuCombos()
     QCOMPARE(KeyCombo::mainMenuKeyCombos(), QList<KeyCombo>{});
 }
 
-void tst_KeyCombo::systemCombos()
+void TestKeyCombo::systemCombos()
 {
     QCOMPARE(KeyCombo::systemKeyCombos(), QList<KeyCombo>{});
     m_service->symbolic = QList<QVariantMap>{};
@@ -259,5 +259,5 @@ void tst_KeyCombo::systemCombos()
     QCOMPARE(KeyCombo::systemKeyCombos(), expected);
 }
 
-QTEST_GUILESS_MAIN(tst_KeyCombo)
+QTEST_GUILESS_MAIN(TestKeyCombo)
 #include "tst_KeyCombo.moc"

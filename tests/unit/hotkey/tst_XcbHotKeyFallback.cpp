@@ -11,7 +11,7 @@
 
 using Tessaline::XcbHotKeyService;
 
-class tst_XcbHotKeyFallback : public QObject
+class TestXcbHotKeyFallback : public QObject
 {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ private Q_SLOTS:
     void destroyedServiceLeavesTheRegistry();
 };
 
-void tst_XcbHotKeyFallback::registrationFailsQuietlyOffX11()
+void TestXcbHotKeyFallback::registrationFailsQuietlyOffX11()
 {
     QCOMPARE(QGuiApplication::platformName(), QStringLiteral("offscreen"));
     XcbHotKeyService service;
@@ -42,7 +42,7 @@ void tst_XcbHotKeyFallback::registrationFailsQuietlyOffX11()
     QCOMPARE(downs, 0);
 }
 
-void tst_XcbHotKeyFallback::destroyedServiceLeavesTheRegistry()
+void TestXcbHotKeyFallback::destroyedServiceLeavesTheRegistry()
 {
     auto service = std::make_unique<XcbHotKeyService>();
     HotKey::HotKeysController::setService(service.get());
@@ -54,5 +54,5 @@ void tst_XcbHotKeyFallback::destroyedServiceLeavesTheRegistry()
     QVERIFY(HotKey::HotKeysController::hotKeys().empty());
 }
 
-QTEST_MAIN(tst_XcbHotKeyFallback)
+QTEST_MAIN(TestXcbHotKeyFallback)
 #include "tst_XcbHotKeyFallback.moc"

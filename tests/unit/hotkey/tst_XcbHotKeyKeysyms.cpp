@@ -18,7 +18,7 @@ using Tessaline::XcbHotKeySystemCombos;
 Q_DECLARE_METATYPE(std::optional<KeyCombo>)
 Q_DECLARE_METATYPE(std::optional<quint32>)
 
-class tst_XcbHotKeyKeysyms : public QObject
+class TestXcbHotKeyKeysyms : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private Q_SLOTS:
     void desktopBindingsAreRead();
 };
 
-void tst_XcbHotKeyKeysyms::everyKeyButFnHasASymbolThatMapsBack()
+void TestXcbHotKeyKeysyms::everyKeyButFnHasASymbolThatMapsBack()
 {
     for (HotKey::Key key : HotKey::allKeys()) {
         const quint32 code = HotKey::carbonKeyCode(key);
@@ -47,7 +47,7 @@ void tst_XcbHotKeyKeysyms::everyKeyButFnHasASymbolThatMapsBack()
     QVERIFY(!XcbHotKeyKeysyms::keysym(127).has_value());
 }
 
-void tst_XcbHotKeyKeysyms::keysyms_data()
+void TestXcbHotKeyKeysyms::keysyms_data()
 {
     QTest::addColumn<quint32>("carbonCode");
     QTest::addColumn<quint32>("keysym");
@@ -64,14 +64,14 @@ void tst_XcbHotKeyKeysyms::keysyms_data()
     QTest::addRow("page up") << 116u << quint32(XKB_KEY_Prior);
 }
 
-void tst_XcbHotKeyKeysyms::keysyms()
+void TestXcbHotKeyKeysyms::keysyms()
 {
     QFETCH(quint32, carbonCode);
     QFETCH(quint32, keysym);
     QCOMPARE(XcbHotKeyKeysyms::keysym(carbonCode), std::optional<quint32>(keysym));
 }
 
-void tst_XcbHotKeyKeysyms::accelerators_data()
+void TestXcbHotKeyKeysyms::accelerators_data()
 {
     QTest::addColumn<QString>("accelerator");
     QTest::addColumn<std::optional<KeyCombo>>("combo");
@@ -101,14 +101,14 @@ void tst_XcbHotKeyKeysyms::accelerators_data()
     row("<Alt>NoSuchKey", none);
 }
 
-void tst_XcbHotKeyKeysyms::accelerators()
+void TestXcbHotKeyKeysyms::accelerators()
 {
     QFETCH(QString, accelerator);
     QFETCH(std::optional<KeyCombo>, combo);
     QCOMPARE(XcbHotKeyKeysyms::parseAccelerator(accelerator), combo);
 }
 
-void tst_XcbHotKeyKeysyms::desktopBindingsAreRead()
+void TestXcbHotKeyKeysyms::desktopBindingsAreRead()
 {
     // A schema of the desktop's window-manager bindings, compiled into a private folder and
     // read with its defaults (the memory backend holds no user values).
@@ -151,5 +151,5 @@ void tst_XcbHotKeyKeysyms::desktopBindingsAreRead()
     QCOMPARE(combos, expected);
 }
 
-QTEST_GUILESS_MAIN(tst_XcbHotKeyKeysyms)
+QTEST_GUILESS_MAIN(TestXcbHotKeyKeysyms)
 #include "tst_XcbHotKeyKeysyms.moc"

@@ -56,7 +56,7 @@ void runCase(const QByteArray& name, const QString& dir)
 
 } // namespace
 
-class tst_HotkeyFatal : public QObject
+class TestHotkeyFatal : public QObject
 {
     Q_OBJECT
 
@@ -65,7 +65,7 @@ private Q_SLOTS:
     void cases();
 };
 
-void tst_HotkeyFatal::cases_data()
+void TestHotkeyFatal::cases_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<bool>("fatal");
@@ -84,7 +84,7 @@ void tst_HotkeyFatal::cases_data()
         << QByteArray("dictionaryTooLarge") << true << QStringLiteral("modifiers");
 }
 
-void tst_HotkeyFatal::cases()
+void TestHotkeyFatal::cases()
 {
     QFETCH(QByteArray, name);
     QFETCH(bool, fatal);
@@ -117,7 +117,7 @@ int main(int argc, char** argv)
         runCase(name, QString::fromLocal8Bit(qgetenv(kDirVariable)));
         return 0;
     }
-    tst_HotkeyFatal test;
+    TestHotkeyFatal test;
     return QTest::qExec(&test, argc, argv);
 }
 

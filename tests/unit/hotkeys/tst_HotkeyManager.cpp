@@ -16,7 +16,7 @@ using Tessaline::HotkeyManager;
 using Tessaline::Testing::FakeHotKeyService;
 using Tessaline::Testing::ManualScheduler;
 
-class tst_HotkeyManager : public QObject
+class TestHotkeyManager : public QObject
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private:
     int m_toggles = 0;
 };
 
-void tst_HotkeyManager::init()
+void TestHotkeyManager::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     m_service = std::make_unique<FakeHotKeyService>();
@@ -64,7 +64,7 @@ void tst_HotkeyManager::init()
     m_toggles = 0;
 }
 
-void tst_HotkeyManager::cleanup()
+void TestHotkeyManager::cleanup()
 {
     m_defaults.reset();
     HotKey::HotKeysController::setService(nullptr);
@@ -72,7 +72,7 @@ void tst_HotkeyManager::cleanup()
     m_dir.reset();
 }
 
-void tst_HotkeyManager::firstStartWithEmptyDefaults()
+void TestHotkeyManager::firstStartWithEmptyDefaults()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     QCOMPARE(manager.isEnabled(), false);
@@ -90,7 +90,7 @@ void tst_HotkeyManager::firstStartWithEmptyDefaults()
     QVERIFY(!manager.hotKey());
 }
 
-void tst_HotkeyManager::storedValuesAreRead()
+void TestHotkeyManager::storedValuesAreRead()
 {
     m_defaults->setBool(QStringLiteral("Hotkey.enabled"), true);
     m_defaults->setInteger(QStringLiteral("Hotkey.keyCode"), 38);
@@ -108,7 +108,7 @@ void tst_HotkeyManager::storedValuesAreRead()
     QCOMPARE(m_service->registrations.first().modifiers, 2304u);
 }
 
-void tst_HotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored_data()
+void TestHotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addRow("string") << QStringLiteral("string");
@@ -116,7 +116,7 @@ void tst_HotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored_data()
     QTest::addRow("bool") << QStringLiteral("bool");
 }
 
-void tst_HotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored()
+void TestHotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored()
 {
     QFETCH(QString, kind);
     const QString keyCode = QStringLiteral("Hotkey.keyCode");
@@ -142,7 +142,7 @@ void tst_HotkeyManager::storedKeyCodeOfAnotherTypeIsIgnored()
     QCOMPARE(manager.isEnabled(), false);
 }
 
-void tst_HotkeyManager::enablingRegistersAndPressTogglesDisablingUnregisters()
+void TestHotkeyManager::enablingRegistersAndPressTogglesDisablingUnregisters()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     manager.setEnabled(true);
@@ -174,7 +174,7 @@ void tst_HotkeyManager::enablingRegistersAndPressTogglesDisablingUnregisters()
     QCOMPARE(m_toggles, 1);
 }
 
-void tst_HotkeyManager::togglesOncePerPressOneTurnLater()
+void TestHotkeyManager::togglesOncePerPressOneTurnLater()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     manager.setEnabled(true);
@@ -187,7 +187,7 @@ void tst_HotkeyManager::togglesOncePerPressOneTurnLater()
     QCOMPARE(m_toggles, 2);
 }
 
-void tst_HotkeyManager::noToggleOnceTheManagerIsGone()
+void TestHotkeyManager::noToggleOnceTheManagerIsGone()
 {
     std::shared_ptr<HotKey::HotKey> kept;
     {
@@ -204,7 +204,7 @@ void tst_HotkeyManager::noToggleOnceTheManagerIsGone()
     QCOMPARE(m_toggles, 0);
 }
 
-void tst_HotkeyManager::keyCodeAndModifierSettersWriteButDoNotRebind()
+void TestHotkeyManager::keyCodeAndModifierSettersWriteButDoNotRebind()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [] {});
     manager.setEnabled(true);
@@ -218,7 +218,7 @@ void tst_HotkeyManager::keyCodeAndModifierSettersWriteButDoNotRebind()
     QCOMPARE(manager.hotKey()->keyCombo(), HotKey::KeyCombo(40, 6400));
 }
 
-void tst_HotkeyManager::rebindUsesTheCurrentCombination()
+void TestHotkeyManager::rebindUsesTheCurrentCombination()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     manager.setEnabled(true);
@@ -234,7 +234,7 @@ void tst_HotkeyManager::rebindUsesTheCurrentCombination()
     QCOMPARE(m_toggles, 1);
 }
 
-void tst_HotkeyManager::refusedCombinationIsSilent()
+void TestHotkeyManager::refusedCombinationIsSilent()
 {
     m_service->decide = [](quint32, quint32, HotKey::HotKeyId) {
         return HotKey::HotKeyService::Registration{-9878, std::nullopt};
@@ -250,7 +250,7 @@ void tst_HotkeyManager::refusedCombinationIsSilent()
     QCOMPARE(m_toggles, 0);
 }
 
-void tst_HotkeyManager::disableFromSettings()
+void TestHotkeyManager::disableFromSettings()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [] {});
     manager.setEnabled(true);
@@ -263,7 +263,7 @@ void tst_HotkeyManager::disableFromSettings()
                  QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time.")));
 }
 
-void tst_HotkeyManager::publishedChanges()
+void TestHotkeyManager::publishedChanges()
 {
     HotkeyManager manager(*m_defaults, m_scheduler, [] {});
     QSignalSpy enabled(&manager, &HotkeyManager::isEnabledChanged);
@@ -288,7 +288,7 @@ void tst_HotkeyManager::publishedChanges()
     QCOMPARE(manager.property("hasRegistrationMessage").toBool(), true);
 }
 
-void tst_HotkeyManager::displayText_data()
+void TestHotkeyManager::displayText_data()
 {
     QTest::addColumn<quint32>("keyCode");
     QTest::addColumn<quint32>("modifiers");
@@ -300,7 +300,7 @@ void tst_HotkeyManager::displayText_data()
     QTest::addRow("largest code") << 65535u << 256u << QStringLiteral("⌘Key 65535");
 }
 
-void tst_HotkeyManager::displayText()
+void TestHotkeyManager::displayText()
 {
     QFETCH(quint32, keyCode);
     QFETCH(quint32, modifiers);
@@ -311,7 +311,7 @@ void tst_HotkeyManager::displayText()
     QCOMPARE(manager.displayText(), text);
 }
 
-void tst_HotkeyManager::displayKeyTable_data()
+void TestHotkeyManager::displayKeyTable_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("text");
@@ -335,14 +335,14 @@ void tst_HotkeyManager::displayKeyTable_data()
         QTest::addRow("fallback %d", code) << code << QStringLiteral("Key %1").arg(code);
 }
 
-void tst_HotkeyManager::displayKeyTable()
+void TestHotkeyManager::displayKeyTable()
 {
     QFETCH(int, code);
     QFETCH(QString, text);
     QCOMPARE(HotkeyManager::displayKey(static_cast<quint16>(code)), text);
 }
 
-void tst_HotkeyManager::displayModifiers_data()
+void TestHotkeyManager::displayModifiers_data()
 {
     QTest::addColumn<quint32>("bits");
     QTest::addColumn<QString>("text");
@@ -357,14 +357,14 @@ void tst_HotkeyManager::displayModifiers_data()
         << (0x100u | 0x1u | 0x400u | 0x2000u) << QStringLiteral("⌘");
 }
 
-void tst_HotkeyManager::displayModifiers()
+void TestHotkeyManager::displayModifiers()
 {
     QFETCH(quint32, bits);
     QFETCH(QString, text);
     QCOMPARE(HotkeyManager::displayModifiers(bits), text);
 }
 
-void tst_HotkeyManager::carbonModifiersFromFlags_data()
+void TestHotkeyManager::carbonModifiersFromFlags_data()
 {
     QTest::addColumn<quint64>("flags");
     QTest::addColumn<quint32>("bits");
@@ -376,14 +376,14 @@ void tst_HotkeyManager::carbonModifiersFromFlags_data()
     QTest::addRow("control option command") << quint64(0x1C0000) << 6400u;
 }
 
-void tst_HotkeyManager::carbonModifiersFromFlags()
+void TestHotkeyManager::carbonModifiersFromFlags()
 {
     QFETCH(quint64, flags);
     QFETCH(quint32, bits);
     QCOMPARE(HotkeyManager::carbonModifiersFromFlags(flags), bits);
 }
 
-void tst_HotkeyManager::fixedTexts()
+void TestHotkeyManager::fixedTexts()
 {
     QCOMPARE(HotkeyManager::setMessagePrefix(), QStringLiteral("HUD hotkey set to "));
     QCOMPARE(HotkeyManager::chooseModifierMessage(),
@@ -392,5 +392,5 @@ void tst_HotkeyManager::fixedTexts()
              QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time."));
 }
 
-QTEST_GUILESS_MAIN(tst_HotkeyManager)
+QTEST_GUILESS_MAIN(TestHotkeyManager)
 #include "tst_HotkeyManager.moc"

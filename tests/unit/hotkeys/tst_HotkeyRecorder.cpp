@@ -26,7 +26,7 @@ constexpr quint64 kOption = 0x80000;
 constexpr quint64 kCommand = 0x100000;
 } // namespace
 
-class tst_HotkeyRecorder : public QObject
+class TestHotkeyRecorder : public QObject
 {
     Q_OBJECT
 
@@ -52,7 +52,7 @@ private:
     int m_toggles = 0;
 };
 
-void tst_HotkeyRecorder::init()
+void TestHotkeyRecorder::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     m_service = std::make_unique<FakeHotKeyService>();
@@ -62,7 +62,7 @@ void tst_HotkeyRecorder::init()
     m_manager = std::make_unique<HotkeyManager>(*m_defaults, m_scheduler, [this] { ++m_toggles; });
 }
 
-void tst_HotkeyRecorder::cleanup()
+void TestHotkeyRecorder::cleanup()
 {
     m_manager.reset();
     m_defaults.reset();
@@ -71,7 +71,7 @@ void tst_HotkeyRecorder::cleanup()
     m_dir.reset();
 }
 
-void tst_HotkeyRecorder::disabledFieldReadsClickToRecord()
+void TestHotkeyRecorder::disabledFieldReadsClickToRecord()
 {
     HotkeyRecorder recorder(*m_manager);
     QCOMPARE(recorder.displayText(), QStringLiteral("Click to record"));
@@ -81,7 +81,7 @@ void tst_HotkeyRecorder::disabledFieldReadsClickToRecord()
     QCOMPARE(recorder.displayText(), QStringLiteral("Click to record"));
 }
 
-void tst_HotkeyRecorder::recordingOptionCommandJ()
+void TestHotkeyRecorder::recordingOptionCommandJ()
 {
     HotkeyRecorder recorder(*m_manager);
     QSignalSpy display(&recorder, &HotkeyRecorder::displayTextChanged);
@@ -105,7 +105,7 @@ void tst_HotkeyRecorder::recordingOptionCommandJ()
     QCOMPARE(m_service->press(40, 6400), 0);
 }
 
-void tst_HotkeyRecorder::keyWithoutModifierChangesOnlyTheMessage()
+void TestHotkeyRecorder::keyWithoutModifierChangesOnlyTheMessage()
 {
     HotkeyRecorder recorder(*m_manager);
     QSignalSpy keyCode(m_manager.get(), &HotkeyManager::keyCodeChanged);
@@ -123,7 +123,7 @@ void tst_HotkeyRecorder::keyWithoutModifierChangesOnlyTheMessage()
     QCOMPARE(recorder.displayText(), QStringLiteral("Click to record"));
 }
 
-void tst_HotkeyRecorder::shiftF5IsRecorded()
+void TestHotkeyRecorder::shiftF5IsRecorded()
 {
     HotkeyRecorder recorder(*m_manager);
     recorder.capture(HotkeyKeyEvent{96, kShift});
@@ -134,7 +134,7 @@ void tst_HotkeyRecorder::shiftF5IsRecorded()
              std::optional<QString>(QStringLiteral("HUD hotkey set to ⇧Key 96.")));
 }
 
-void tst_HotkeyRecorder::escapeAloneAsksForAModifierEscapeWithOneIsRecorded()
+void TestHotkeyRecorder::escapeAloneAsksForAModifierEscapeWithOneIsRecorded()
 {
     HotkeyRecorder recorder(*m_manager);
     recorder.capture(HotkeyKeyEvent{53, 0});
@@ -146,7 +146,7 @@ void tst_HotkeyRecorder::escapeAloneAsksForAModifierEscapeWithOneIsRecorded()
     QCOMPARE(m_manager->isEnabled(), true);
 }
 
-void tst_HotkeyRecorder::onlyTheFourModifiersAreKept()
+void TestHotkeyRecorder::onlyTheFourModifiersAreKept()
 {
     HotkeyRecorder recorder(*m_manager);
     // Caps Lock (0x10000) and fn (0x800000) alone do not count as modifiers.
@@ -157,7 +157,7 @@ void tst_HotkeyRecorder::onlyTheFourModifiersAreKept()
     QCOMPARE(recorder.displayText(), QStringLiteral("⌃⇧A"));
 }
 
-void tst_HotkeyRecorder::settersRunInOrderAndRebindTwice()
+void TestHotkeyRecorder::settersRunInOrderAndRebindTwice()
 {
     QStringList order;
     connect(m_manager.get(), &HotkeyManager::keyCodeChanged, this,
@@ -183,7 +183,7 @@ void tst_HotkeyRecorder::settersRunInOrderAndRebindTwice()
     QCOMPARE(m_service->registrations.last().modifiers, 2304u);
 }
 
-void tst_HotkeyRecorder::nextChordReplacesTheLast()
+void TestHotkeyRecorder::nextChordReplacesTheLast()
 {
     HotkeyRecorder recorder(*m_manager);
     recorder.capture(HotkeyKeyEvent{38, kOption | kCommand});
@@ -194,7 +194,7 @@ void tst_HotkeyRecorder::nextChordReplacesTheLast()
     QCOMPARE(m_service->press(49, 4096), 1);
 }
 
-void tst_HotkeyRecorder::qtKeyPressesAreForwarded()
+void TestHotkeyRecorder::qtKeyPressesAreForwarded()
 {
     HotkeyRecorder recorder(*m_manager);
     // A modifier key pressed alone is not a capture.
@@ -214,5 +214,5 @@ void tst_HotkeyRecorder::qtKeyPressesAreForwarded()
     QCOMPARE(recorder.displayText(), QStringLiteral("⇧Key 96"));
 }
 
-QTEST_GUILESS_MAIN(tst_HotkeyRecorder)
+QTEST_GUILESS_MAIN(TestHotkeyRecorder)
 #include "tst_HotkeyRecorder.moc"

@@ -7,7 +7,7 @@ using Tessaline::QtKeyMapping;
 
 Q_DECLARE_METATYPE(std::optional<quint32>)
 
-class tst_QtKeyMapping : public QObject
+class TestQtKeyMapping : public QObject
 {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ private Q_SLOTS:
     void keyEvent();
 };
 
-void tst_QtKeyMapping::keys_data()
+void TestQtKeyMapping::keys_data()
 {
     QTest::addColumn<int>("qtKey");
     QTest::addColumn<int>("modifiers");
@@ -114,7 +114,7 @@ void tst_QtKeyMapping::keys_data()
     row("qt key wins", Qt::Key_K, none, 24, 40);
 }
 
-void tst_QtKeyMapping::keys()
+void TestQtKeyMapping::keys()
 {
     QFETCH(int, qtKey);
     QFETCH(int, modifiers);
@@ -125,7 +125,7 @@ void tst_QtKeyMapping::keys()
         code);
 }
 
-void tst_QtKeyMapping::modifiers_data()
+void TestQtKeyMapping::modifiers_data()
 {
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<quint64>("flags");
@@ -141,14 +141,14 @@ void tst_QtKeyMapping::modifiers_data()
                          << quint64(0x1E0000);
 }
 
-void tst_QtKeyMapping::modifiers()
+void TestQtKeyMapping::modifiers()
 {
     QFETCH(int, modifiers);
     QFETCH(quint64, flags);
     QCOMPARE(QtKeyMapping::modifierFlags(Qt::KeyboardModifiers::fromInt(modifiers)), flags);
 }
 
-void tst_QtKeyMapping::modifierKeys()
+void TestQtKeyMapping::modifierKeys()
 {
     for (int key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_Meta, Qt::Key_Super_L,
                     Qt::Key_Super_R, Qt::Key_CapsLock, Qt::Key_AltGr})
@@ -157,7 +157,7 @@ void tst_QtKeyMapping::modifierKeys()
         QVERIFY(!QtKeyMapping::isModifierKey(key));
 }
 
-void tst_QtKeyMapping::keyEvent()
+void TestQtKeyMapping::keyEvent()
 {
     const auto event =
         QtKeyMapping::keyEvent(Qt::Key_K, Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
@@ -167,5 +167,5 @@ void tst_QtKeyMapping::keyEvent()
     QVERIFY(!QtKeyMapping::keyEvent(Qt::Key_Launch0, Qt::ControlModifier).has_value());
 }
 
-QTEST_GUILESS_MAIN(tst_QtKeyMapping)
+QTEST_GUILESS_MAIN(TestQtKeyMapping)
 #include "tst_QtKeyMapping.moc"
