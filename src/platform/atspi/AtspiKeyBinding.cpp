@@ -140,6 +140,24 @@ QString displayOfChord(const ParsedChord& chord)
     return AppMenuScanner::displayChord(symbol, key.modifiers);
 }
 
+// True when every ";" of `binding` is a key of its own ("Ctrl+;", ";", "Ctrl+K, Ctrl+;"): Qt's
+// key-sequence text, which GTK's "mnemonic;path;accelerator" never is (GTK writes the key as
+// "semicolon" and its separators stand between fields).
+bool semicolonsAreKeys(const QString& binding)
+{
+    const QLatin1String chordSeparator(", ");
+    for (qsizetype at = binding.indexOf(QLatin1Char(';')); at >= 0;
+         at = binding.indexOf(QLatin1Char(';'), at + 1)) {
+        const bool startsChord = at == 0 || binding.at(at - 1) == QLatin1Char('+') ||
+                                 binding.left(at).endsWith(chordSeparator);
+        const bool endsChord =
+            at == binding.size() - 1 || QStringView(binding).mid(at + 1).startsWith(chordSeparator);
+        if (!startsChord || !endsChord)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 std::optional<int> virtualKeyForKeysymName(const QString& name)
@@ -169,7 +187,7 @@ std::optional<int> virtualKeyForKeysymName(const QString& name)
 
 std::optional<MenuKeyEquivalent> parse(const QString& binding, const QString& title)
 {
-    if (binding.contains(QLatin1Char(';'))) {
+    if (binding.contains(QLatin1Char(';')) && !semicolonsAreKeys(binding)) {
         const QStringList fields = binding.split(QLatin1Char(';'));
         if (fields.size() < 3)
             return std::nullopt;

@@ -109,6 +109,24 @@ private Q_SLOTS:
             << QStringLiteral("⌃ K, ⌃ C");
         QTest::addRow("qt two chords with meta")
             << QStringLiteral("Meta+X, Up") << QStringLiteral("Jump") << QStringLiteral("⌘ X, ↑");
+        // Qt's key-sequence text may name ";" as the key; it is not GTK's field separator.
+        QTest::addRow("qt control semicolon")
+            << QStringLiteral("Ctrl+;") << QStringLiteral("Toggle Comment")
+            << QStringLiteral("⌃ ;");
+        QTest::addRow("qt control shift semicolon")
+            << QStringLiteral("Ctrl+Shift+;") << QStringLiteral("Jump") << QStringLiteral("⌃ ⇧ ;");
+        QTest::addRow("qt bare semicolon")
+            << QStringLiteral(";") << QStringLiteral("Next") << QStringLiteral(";");
+        QTest::addRow("qt semicolon in a sequence")
+            << QStringLiteral("Ctrl+K, Ctrl+;") << QStringLiteral("Fold")
+            << QStringLiteral("⌃ K, ⌃ ;");
+        QTest::addRow("qt two semicolon chords")
+            << QStringLiteral("Ctrl+;, Ctrl+;") << QStringLiteral("Twice")
+            << QStringLiteral("⌃ ;, ⌃ ;");
+        QTest::addRow("gtk semicolon keysym") << QStringLiteral(";;<Primary>semicolon")
+                                              << QStringLiteral("Comment") << QStringLiteral("⌃ ;");
+        QTest::addRow("gtk all fields empty")
+            << QStringLiteral(";;") << QStringLiteral("Item") << QStringLiteral("-");
     }
     void chords()
     {
