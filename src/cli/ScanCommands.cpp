@@ -99,7 +99,7 @@ int scan(VaultCli& cli, const VaultCli::Arguments& arguments)
             if (!running.isEmpty() && running.first().localizedName)
                 app.name = *running.first().localizedName;
         } else if (const auto front = platform.workspace.frontmostApplication()) {
-            app = TrackedApp{front->localizedName.value_or(QStringLiteral("Mac")),
+            app = TrackedApp{front->localizedName.value_or(QStringLiteral("Desktop")),
                              front->bundleIdentifier};
         }
         platform.scanner.scanAndMergeCurrentApp(app, store);

@@ -88,7 +88,7 @@ public:
     int fail(const QString& message, ExitCode code = VaultFailure);
 
     /// The application named by --app and --bundle-id: the bundle id alone stands in for the
-    /// name; neither gives the "Mac" placeholder, whose items are the global ones.
+    /// name; neither gives the "Desktop" placeholder, whose items are the global ones.
     static TrackedApp appFrom(const Arguments& arguments);
 
     QString helpText() const;

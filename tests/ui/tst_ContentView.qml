@@ -99,7 +99,7 @@ Item {
             verify(callout.visible)
             compare(withText(callout, "This app is not in the vault yet").length, 1)
             compare(withText(callout, "Click Scan Menus to read commands from Hollow's menu bar. "
-                                      + "Global Mac essentials are still shown below.").length, 1)
+                                      + "Global desktop essentials are still shown below.").length, 1)
             // The global list is still there.
             compare(findChild(view, "shortcutList").count, 2)
         }

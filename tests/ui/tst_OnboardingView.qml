@@ -40,10 +40,10 @@ Item {
         function test_sevenRows() {
             const view = createTemporaryObject(viewComponent, stage)
             verify(view)
-            compare(rowTitles(view), ["Start from the menu bar", "Gentle tips, not interruptions",
+            compare(rowTitles(view), ["Start from the tray icon", "Gentle tips, not interruptions",
                                       "Scan the app you're using", "Search across every app",
                                       "Build the vault from open apps", "Quick text helpers",
-                                      "Unsigned zip note"])
+                                      "Qt and KDE apps"])
         }
 
         function test_startButtonCompletes() {

@@ -62,7 +62,7 @@ Item {
             keyClick(Qt.Key_J)
             compare(recorderText(view), "Click to record")
             compare(findChild(view, "registrationMessage").text,
-                    "Choose at least one modifier, like Control or Option.")
+                    "Choose at least one modifier, like Ctrl or Alt.")
             verify(!findChild(view, "hotkeyToggle").checked)
         }
     }

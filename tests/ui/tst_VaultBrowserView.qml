@@ -68,8 +68,8 @@ Item {
             verify(empty.visible)
             verify(!findChild(view, "browserList").visible)
             compare(withText(empty, "No shortcuts found").length, 1)
-            compare(withText(empty, "Try an app name like Finder, a command like screenshot, "
-                                    + "or a chord like ⌘ K.").length, 1)
+            compare(withText(empty, "Try an app name like Files, a command like screenshot, "
+                                    + "or a chord like Ctrl+K.").length, 1)
             // The counts describe the vault, not the filter.
             compare(findChild(view, "countsLine").text, "2 app packs • 5 shortcuts")
             view.model.query = "   "
@@ -113,18 +113,18 @@ Item {
                 tryVerify(function () { return String(groupHeaders(list)) === String(expected) },
                           1000, "group headers " + groupHeaders(list) + ", wanted " + expected)
             }
-            headers(["Editor 3", "Global Mac essentials 2"])
+            headers(["Editor 3", "Global desktop essentials 2"])
             // Typed a key at a time, as a person does: the headers stay while their counts change.
             const search = findChild(view, "browserSearch")
             search.forceActiveFocus()
             keyClick(Qt.Key_Y)
-            headers(["Editor 1", "Global Mac essentials 1"])
+            headers(["Editor 1", "Global desktop essentials 1"])
             keyClick(Qt.Key_A)
             headers(["Editor 1"])
             keyClick(Qt.Key_Backspace)
             keyClick(Qt.Key_Backspace)
             keyClick(Qt.Key_S)
-            headers(["Editor 3", "Global Mac essentials 2"])
+            headers(["Editor 3", "Global desktop essentials 2"])
             view.model.query = "yank"
             headers(["Editor 1"])
         }

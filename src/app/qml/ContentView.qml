@@ -70,7 +70,7 @@ ThemedSurface {
             AppIconView {
                 bundleID: root.model.appBundleID
                 size: 54
-                fallbackSystemImage: (!root.model.appBundleID || root.model.appName === "Mac")
+                fallbackSystemImage: (!root.model.appBundleID || root.model.appName === "Desktop")
                                      ? "keyboard" : "app.dashed"
             }
             ColumnLayout {
@@ -307,7 +307,7 @@ ThemedSurface {
                             Label {
                                 Layout.fillWidth: true
                                 text: "Click Scan Menus to read commands from " + root.model.appName
-                                      + "'s menu bar. Global Mac essentials are still shown below."
+                                      + "'s menu bar. Global desktop essentials are still shown below."
                                 font.pixelSize: 12
                                 wrapMode: Text.WordWrap
                                 Accessible.name: text

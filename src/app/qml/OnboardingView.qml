@@ -50,7 +50,7 @@ ThemedSurface {
                     Accessible.name: text
                 }
                 Label {
-                    text: "A tiny Mac coach for shortcuts you actually use."
+                    text: "A tiny desktop coach for shortcuts you actually use."
                     font.pixelSize: 13
                     color: Qt.rgba(root.primary.r, root.primary.g, root.primary.b, 0.62)
                     Accessible.name: text
@@ -73,7 +73,7 @@ ThemedSurface {
             spacing: 10
             OnboardingRow {
                 icon: "menubar.rectangle"
-                title: "Start from the menu bar"
+                title: "Start from the tray icon"
                 text: "Click the Tessaline icon to open the cheat sheet for the app you were just using."
             }
             OnboardingRow {
@@ -99,12 +99,12 @@ ThemedSurface {
             OnboardingRow {
                 icon: "text.badge.checkmark"
                 title: "Quick text helpers"
-                text: "Use helper actions for bullets, checklists, dividers, and plain-text paste in Notes or Stickies."
+                text: "Use helper actions for bullets, checklists, dividers, and plain-text paste in a text editor, a chat box, or any text field."
             }
             OnboardingRow {
                 icon: "archivebox.fill"
-                title: "Unsigned zip note"
-                text: "If macOS blocks the app after unzipping, right-click Tessaline and choose Open once."
+                title: "Qt and KDE apps"
+                text: "Apps built with Qt read the accessibility switch when they start: after turning it on, restart them once so Tessaline can read their menus."
             }
         }
         }
@@ -114,7 +114,7 @@ ThemedSurface {
             spacing: 10
             Item { Layout.fillWidth: true }
             Button {
-                text: "Open Accessibility Settings"
+                text: "Turn On Accessibility"
                 Accessible.name: text
                 onClicked: if (root.accessibility) root.accessibility.requestAccessibility()
             }

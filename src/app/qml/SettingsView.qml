@@ -41,7 +41,7 @@ ThemedSurface {
                 }
                 Label {
                     Layout.fillWidth: true
-                    text: "Keep the menu bar as the main entry point, and let Jorvo opt into a hotkey when he is ready."
+                    text: "Keep the tray icon as the main entry point, and let Jorvo opt into a hotkey when he is ready."
                     font.pixelSize: 13
                     color: root.secondary
                     wrapMode: Text.WordWrap
@@ -98,7 +98,7 @@ ThemedSurface {
                 systemImage: "hand.raised.fill"
                 Label {
                     Layout.fillWidth: true
-                    text: "Needed for menu scanning, helper paste actions, and passive coach tips. The curated cheat sheet still works from the menu bar without it."
+                    text: "Needed for menu scanning, helper paste actions, and passive coach tips. The curated cheat sheet still works from the tray icon without it."
                     font.pixelSize: 12
                     color: root.secondary
                     wrapMode: Text.WordWrap
@@ -120,7 +120,7 @@ ThemedSurface {
                     }
                 }
                 Button {
-                    text: "Open Accessibility Settings"
+                    text: "Turn On Accessibility"
                     Accessible.name: text
                     onClicked: root.model.requestAccessibility()
                 }

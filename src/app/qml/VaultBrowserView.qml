@@ -138,7 +138,7 @@ ThemedSurface {
                 }
                 Label {
                     Layout.alignment: Qt.AlignHCenter
-                    text: "Try an app name like Finder, a command like screenshot, or a chord like ⌘ K."
+                    text: "Try an app name like Files, a command like screenshot, or a chord like Ctrl+K."
                     color: root.secondary
                     font.pixelSize: 12
                     Accessible.name: text

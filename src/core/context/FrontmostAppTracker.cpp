@@ -89,7 +89,7 @@ void FrontmostAppTracker::accept(const std::optional<RunningApplication>& app)
         return;
 
     m_current =
-        TrackedApp{app->localizedName.value_or(QStringLiteral("Mac")), app->bundleIdentifier};
+        TrackedApp{app->localizedName.value_or(QStringLiteral("Desktop")), app->bundleIdentifier};
     emit currentChanged();
     save(m_current);
 }

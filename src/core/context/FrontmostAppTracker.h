@@ -24,7 +24,7 @@ class FrontmostAppTracker : public QObject
     Q_PROPERTY(Tessaline::TrackedApp current READ current NOTIFY currentChanged)
 
 public:
-    /// Starts with the app saved in `defaults` (the "Mac" placeholder when none); not yet
+    /// Starts with the app saved in `defaults` (the "Desktop" placeholder when none); not yet
     /// subscribed to activations. Both references must outlive the tracker.
     FrontmostAppTracker(Workspace& workspace, DefaultsStore& defaults, QObject* parent = nullptr);
     ~FrontmostAppTracker() override;

@@ -5,7 +5,7 @@ namespace Tessaline {
 
 TrackedApp TrackedApp::placeholder()
 {
-    return TrackedApp{QStringLiteral("Mac"), std::nullopt};
+    return TrackedApp{QStringLiteral("Desktop"), std::nullopt};
 }
 
 size_t qHash(const TrackedApp& app, size_t seed) noexcept

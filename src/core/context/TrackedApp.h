@@ -23,7 +23,7 @@ public:
     QString name;
     std::optional<QString> bundleID;
 
-    /// The stand-in used when no application is known: "Mac" with no bundle id.
+    /// The stand-in used when no application is known: "Desktop" with no bundle id.
     static TrackedApp placeholder();
 
     QString bundleIDOrEmpty() const { return bundleID.value_or(QString()); }

@@ -58,7 +58,7 @@ QString description(TextHelperAction action)
 {
     switch (action) {
     case TextHelperAction::Bullet:
-        return QStringLiteral("Drop a clean bullet into Notes, Stickies, or any text box.");
+        return QStringLiteral("Drop a clean bullet into any text field.");
     case TextHelperAction::Checklist:
         return QStringLiteral("Start a simple checkbox line without hunting for formatting.");
     case TextHelperAction::Divider:

@@ -37,7 +37,7 @@ bool TextHelperService::ensureAccessibilityPermission()
         QStringLiteral("Accessibility permission needed"),
         QStringLiteral("Tessaline needs Accessibility permission to paste helper text into the "
                        "app you were using."),
-        {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")});
+        {QStringLiteral("Turn On Accessibility"), QStringLiteral("Cancel")});
     if (response == AlertPresenter::kFirstButton)
         m_accessibilityTrust.requestTrust();
     // The permission takes effect later; the user runs the helper again.

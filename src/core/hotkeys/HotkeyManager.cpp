@@ -31,12 +31,12 @@ QString HotkeyManager::setMessagePrefix()
 
 QString HotkeyManager::chooseModifierMessage()
 {
-    return QStringLiteral("Choose at least one modifier, like Control or Option.");
+    return QStringLiteral("Choose at least one modifier, like Ctrl or Alt.");
 }
 
 QString HotkeyManager::disabledMessage()
 {
-    return QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time.");
+    return QStringLiteral("HUD hotkey disabled. Use the tray icon any time.");
 }
 
 HotkeyManager::HotkeyManager(DefaultsStore& defaults, Scheduler& scheduler,

@@ -372,7 +372,7 @@ void AppMenuScanner::promptForAccessibility()
         QStringLiteral("Tessaline needs Accessibility permission to read app menus and discover "
                        "shortcuts. After enabling it, reopen the app you want to scan and try "
                        "again."),
-        {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")});
+        {QStringLiteral("Turn On Accessibility"), QStringLiteral("Cancel")});
     if (response == AlertPresenter::kFirstButton)
         m_trust.requestTrust();
 }

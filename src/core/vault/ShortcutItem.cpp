@@ -16,7 +16,7 @@ QString ShortcutItem::detailText() const
         return *menu;
     if (tags && !tags->isEmpty())
         return tags->join(QStringLiteral(" / "));
-    return QStringLiteral("Useful Mac shortcut");
+    return QStringLiteral("Useful desktop shortcut");
 }
 
 namespace {

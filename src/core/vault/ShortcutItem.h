@@ -24,7 +24,7 @@ struct ShortcutItem
     /// Identity in lists: name + "|" + chord.
     QString id() const;
     /// The line shown under the name: the note, else the menu path, else the tags joined with
-    /// " / ", else "Useful Mac shortcut".
+    /// " / ", else "Useful desktop shortcut".
     QString detailText() const;
     bool isFavorite() const { return favorite.value_or(false); }
 

@@ -96,7 +96,7 @@ VaultStore::VaultStore(Configuration configuration, QObject* parent)
 
 QString VaultStore::globalSectionTitle()
 {
-    return QStringLiteral("Global Mac essentials");
+    return QStringLiteral("Global desktop essentials");
 }
 
 QString VaultStore::damagedCopyPath() const

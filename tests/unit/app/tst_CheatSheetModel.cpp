@@ -108,7 +108,7 @@ private Q_SLOTS:
         QCOMPARE(model->appName(), QStringLiteral("Editor"));
         QCOMPARE(model->appBundleID(), QVariant(QStringLiteral("org.example.Editor")));
         QCOMPARE(model->sectionTitles(), (QStringList{QStringLiteral("Editor shortcuts"),
-                                                      QStringLiteral("Global Mac essentials")}));
+                                                      QStringLiteral("Global desktop essentials")}));
         QCOMPARE(model->flatCount(), 5);
         QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
                  (QStringList{QStringLiteral("Find"), QStringLiteral("Save"),
@@ -123,7 +123,7 @@ private Q_SLOTS:
         auto model = cheatSheet(kEmpty);
         QVERIFY(!model->vaultReady());
         // The global list is still shown.
-        QCOMPARE(model->sectionTitles(), QStringList{QStringLiteral("Global Mac essentials")});
+        QCOMPARE(model->sectionTitles(), QStringList{QStringLiteral("Global desktop essentials")});
         QCOMPARE(model->flatCount(), 2);
     }
 
@@ -132,7 +132,7 @@ private Q_SLOTS:
         auto model = cheatSheet(kUnknown);
         QVERIFY(!model->vaultReady());
         QCOMPARE(model->flatCount(), 2);
-        auto nameless = cheatSheet(TrackedApp{QStringLiteral("Mac"), std::nullopt});
+        auto nameless = cheatSheet(TrackedApp{QStringLiteral("Desktop"), std::nullopt});
         QVERIFY(!nameless->vaultReady());
         QVERIFY(!nameless->appBundleID().isValid());
     }
@@ -293,13 +293,13 @@ private Q_SLOTS:
         QCOMPARE(browser.shortcutCount(), 5);
         QCOMPARE(browser.rowCount(), 5);
         QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
-        QCOMPARE(browser.countForGroup(QStringLiteral("Global Mac essentials")), 2);
+        QCOMPARE(browser.countForGroup(QStringLiteral("Global desktop essentials")), 2);
         QCOMPARE(browser.bundleIDForGroup(QStringLiteral("Editor")),
                  QVariant(QStringLiteral("org.example.Editor")));
-        QVERIFY(!browser.bundleIDForGroup(QStringLiteral("Global Mac essentials")).isValid());
+        QVERIFY(!browser.bundleIDForGroup(QStringLiteral("Global desktop essentials")).isValid());
         // The global group comes first.
         QCOMPARE(browser.rows()->index(0, 0).data(ShortcutListModel::GroupRole).toString(),
-                 QStringLiteral("Global Mac essentials"));
+                 QStringLiteral("Global desktop essentials"));
         browser.copyChord(QStringLiteral("⌘C"));
         QCOMPARE(m_copied, QStringList{QStringLiteral("⌘C")});
     }

@@ -108,13 +108,13 @@ void TestFrontmostAppTracker::firstLaunchWithTessalineFrontmostIsThePlaceholder(
 {
     m_workspace.frontmost = tessalineItself();
     FrontmostAppTracker tracker(m_workspace, *m_defaults);
-    QCOMPARE(tracker.current(), tracked(QStringLiteral("Mac"), std::nullopt));
+    QCOMPARE(tracker.current(), tracked(QStringLiteral("Desktop"), std::nullopt));
 
     QSignalSpy changes(&tracker, &FrontmostAppTracker::currentChanged);
     tracker.start();
     QCoreApplication::processEvents();
     QCOMPARE(changes.count(), 0);
-    QCOMPARE(tracker.current(), tracked(QStringLiteral("Mac"), std::nullopt));
+    QCOMPARE(tracker.current(), tracked(QStringLiteral("Desktop"), std::nullopt));
     QVERIFY(!m_defaults->contains(kNameKey));
     QVERIFY(!m_defaults->contains(kBundleKey));
 }
@@ -182,8 +182,8 @@ void TestFrontmostAppTracker::appWithoutLocalizedNameIsStoredAsMac()
     nameless.localizedName.reset();
     m_workspace.activateAndAnnounce(nameless);
     QTRY_COMPARE(tracker.current(),
-                 tracked(QStringLiteral("Mac"), QStringLiteral("org.example.Nameless")));
-    QCOMPARE(m_defaults->stringValue(kNameKey), std::optional<QString>(QStringLiteral("Mac")));
+                 tracked(QStringLiteral("Desktop"), QStringLiteral("org.example.Nameless")));
+    QCOMPARE(m_defaults->stringValue(kNameKey), std::optional<QString>(QStringLiteral("Desktop")));
     QCOMPARE(m_defaults->stringValue(kBundleKey),
              std::optional<QString>(QStringLiteral("org.example.Nameless")));
 }
@@ -266,7 +266,7 @@ void TestFrontmostAppTracker::savedEmptyNameCountsAsNothingSaved()
     m_defaults->setString(kNameKey, QString());
     m_defaults->setString(kBundleKey, QStringLiteral("org.xfce.mousepad"));
     FrontmostAppTracker tracker(m_workspace, *m_defaults);
-    QCOMPARE(tracker.current(), tracked(QStringLiteral("Mac"), std::nullopt));
+    QCOMPARE(tracker.current(), tracked(QStringLiteral("Desktop"), std::nullopt));
 }
 
 void TestFrontmostAppTracker::savedNameWithoutBundleIDRestoresWithoutOne()

@@ -136,7 +136,7 @@ void TestTextHelperService::actionTexts_data()
     QTest::addColumn<QString>("description");
 
     QTest::addRow("bullet") << TextHelperAction::Bullet << u"bullet"_s << u"Insert Bullet"_s
-                            << u"Drop a clean bullet into Notes, Stickies, or any text box."_s;
+                            << u"Drop a clean bullet into any text field."_s;
     QTest::addRow("checklist") << TextHelperAction::Checklist << u"checklist"_s
                                << u"Insert Checklist"_s
                                << u"Start a simple checkbox line without hunting for formatting."_s;
@@ -332,7 +332,7 @@ void TestTextHelperService::missingPermissionAlertsAndPastesNothing()
                  u"Tessaline needs Accessibility permission to paste helper text into the app "
                  u"you were using."_s);
         QCOMPARE(m_alerts->shown.first().buttons,
-                 QStringList({u"Open System Settings"_s, u"Cancel"_s}));
+                 QStringList({u"Turn On Accessibility"_s, u"Cancel"_s}));
         QCOMPARE(m_trust->requests, prompts);
     }
     m_scheduler->advance(1000);

@@ -260,7 +260,7 @@ void TestHotkeyManager::disableFromSettings()
     QVERIFY(m_service->active.empty());
     QCOMPARE(manager.registrationMessage(),
              std::optional<QString>(
-                 QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time.")));
+                 QStringLiteral("HUD hotkey disabled. Use the tray icon any time.")));
 }
 
 void TestHotkeyManager::publishedChanges()
@@ -387,9 +387,9 @@ void TestHotkeyManager::fixedTexts()
 {
     QCOMPARE(HotkeyManager::setMessagePrefix(), QStringLiteral("HUD hotkey set to "));
     QCOMPARE(HotkeyManager::chooseModifierMessage(),
-             QStringLiteral("Choose at least one modifier, like Control or Option."));
+             QStringLiteral("Choose at least one modifier, like Ctrl or Alt."));
     QCOMPARE(HotkeyManager::disabledMessage(),
-             QStringLiteral("HUD hotkey disabled. Use the menu bar icon any time."));
+             QStringLiteral("HUD hotkey disabled. Use the tray icon any time."));
 }
 
 QTEST_GUILESS_MAIN(TestHotkeyManager)

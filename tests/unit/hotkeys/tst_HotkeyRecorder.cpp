@@ -112,7 +112,7 @@ void TestHotkeyRecorder::keyWithoutModifierChangesOnlyTheMessage()
     recorder.capture(HotkeyKeyEvent{38, 0});
     QCOMPARE(m_manager->registrationMessage(),
              std::optional<QString>(
-                 QStringLiteral("Choose at least one modifier, like Control or Option.")));
+                 QStringLiteral("Choose at least one modifier, like Ctrl or Alt.")));
     QCOMPARE(m_manager->keyCode(), 40u);
     QCOMPARE(m_manager->carbonModifiers(), 6400u);
     QCOMPARE(m_manager->isEnabled(), false);

@@ -355,7 +355,7 @@ private Q_SLOTS:
         QCOMPARE(alerts->shown.first().message, QStringLiteral("Accessibility permission needed"));
         QCOMPARE(alerts->shown.first().informativeText, kPermissionText);
         QCOMPARE(alerts->shown.first().buttons,
-                 QStringList({QStringLiteral("Open System Settings"), QStringLiteral("Cancel")}));
+                 QStringList({QStringLiteral("Turn On Accessibility"), QStringLiteral("Cancel")}));
         QCOMPARE(trust->requests, 1);
     }
 

@@ -14,7 +14,7 @@ using namespace VaultTestSupport;
 
 namespace {
 
-const QString kGlobal = QStringLiteral("Global Mac essentials");
+const QString kGlobal = QStringLiteral("Global desktop essentials");
 
 VaultShortcutRow row(const QString& app, std::optional<QString> bundleID, const QString& name,
                      const QString& chord = QStringLiteral("⌃ X"))

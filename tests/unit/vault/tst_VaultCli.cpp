@@ -87,7 +87,7 @@ void TestVaultCli::freshHomeGetsTheBundledSeed()
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
     QCOMPARE(readFile(m_vault), VaultCodec::encode(bundledSeed()));
-    QVERIFY(result.out.startsWith(QStringLiteral("Global Mac essentials\n")));
+    QVERIFY(result.out.startsWith(QStringLiteral("Global desktop essentials\n")));
     QVERIFY(result.out.contains(QStringLiteral("  ⌃ C\tCopy\tediting\n")));
 }
 

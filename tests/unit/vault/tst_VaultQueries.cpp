@@ -111,7 +111,7 @@ void TestVaultQueries::appWithoutPackShowsOnlyTheGlobalSection()
     auto store = storeWith(data);
     const TrackedApp app{QStringLiteral("Files"), QStringLiteral("org.gnome.Nautilus")};
     const QList<ShortcutSection> sections = store->sections(app);
-    QCOMPARE(titles(sections), QStringList{QStringLiteral("Global Mac essentials")});
+    QCOMPARE(titles(sections), QStringList{QStringLiteral("Global desktop essentials")});
     QCOMPARE(sections[0].shortcuts, data.global);
 
     data.global.clear();
@@ -142,7 +142,7 @@ void TestVaultQueries::packSectionsSplitFavoritesCuratedAndDiscovered()
     QCOMPARE(titles(sections),
              (QStringList{QStringLiteral("Favorites for Kate"), QStringLiteral("Kate shortcuts"),
                           QStringLiteral("Discovered from Kate menus"),
-                          QStringLiteral("Global Mac essentials")}));
+                          QStringLiteral("Global desktop essentials")}));
     QCOMPARE(names(sections[0].shortcuts), QStringList{QStringLiteral("Find")});
     // Comparisons are exact: "Scanned-Menu" and "Scanned" are curated.
     QCOMPARE(
@@ -178,7 +178,7 @@ void TestVaultQueries::globalFavoritesStayInTheGlobalSection()
     const QList<ShortcutSection> sections =
         store->sections(TrackedApp{QStringLiteral("Kate"), std::nullopt});
     QCOMPARE(titles(sections), (QStringList{QStringLiteral("Kate shortcuts"),
-                                            QStringLiteral("Global Mac essentials")}));
+                                            QStringLiteral("Global desktop essentials")}));
     // The global list was put in vault order when the file was read.
     QCOMPARE(names(sections[1].shortcuts), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
 }
@@ -237,7 +237,7 @@ void TestVaultQueries::queryDropsSectionsWithoutMatches()
     const QList<ShortcutSection> sections =
         store->sections(TrackedApp{QStringLiteral("Kate"), std::nullopt});
     QCOMPARE(titles(sections), (QStringList{QStringLiteral("Kate shortcuts"),
-                                            QStringLiteral("Global Mac essentials")}));
+                                            QStringLiteral("Global desktop essentials")}));
     QCOMPARE(names(sections[1].shortcuts), QStringList{QStringLiteral("Screenshot")});
     store->setFilter(QStringLiteral("qqq"));
     QVERIFY(store->sections(TrackedApp{QStringLiteral("Kate"), std::nullopt}).isEmpty());
@@ -329,8 +329,8 @@ void TestVaultQueries::allRowsListGlobalThenPacksByName()
     QStringList ids;
     for (const VaultShortcutRow& row : rows)
         ids << row.id();
-    QCOMPARE(ids, (QStringList{QStringLiteral("Global Mac essentials|g1|1"),
-                               QStringLiteral("Global Mac essentials|g2|2"),
+    QCOMPARE(ids, (QStringList{QStringLiteral("Global desktop essentials|g1|1"),
+                               QStringLiteral("Global desktop essentials|g2|2"),
                                QStringLiteral("alpha|a|6"), QStringLiteral("Beta|b2|5"),
                                QStringLiteral("Beta|b1|4"), QStringLiteral("gamma|c|3")}));
     QVERIFY(!rows[0].bundleID);

@@ -83,9 +83,9 @@ void TestVaultRecords::detailText_data()
         << OptList(QStringList{QStringLiteral("files"), QStringLiteral("edit")})
         << QStringLiteral("files / edit");
     QTest::addRow("nothing and empty tags") << OptString() << OptString() << OptList(QStringList{})
-                                            << QStringLiteral("Useful Mac shortcut");
+                                            << QStringLiteral("Useful desktop shortcut");
     QTest::addRow("nothing at all")
-        << OptString() << OptString() << OptList() << QStringLiteral("Useful Mac shortcut");
+        << OptString() << OptString() << OptList() << QStringLiteral("Useful desktop shortcut");
 }
 
 void TestVaultRecords::detailText()
