@@ -76,7 +76,9 @@ void CheatSheetModel::recompute()
                 entries.append({section.title, item});
         }
     }
-    m_rows.reset(std::move(entries), filter());
+    // A vault change (a star, a reload, a merged scan) updates rows in place so that the list
+    // keeps its scroll position and selection; a new search text starts the list afresh.
+    m_rows.update(std::move(entries), filter());
     emit sectionsChanged();
 }
 

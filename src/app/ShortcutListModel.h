@@ -35,6 +35,10 @@ public:
 
     /// Replaces every row; `query` is the text whose matched characters are emphasised.
     void reset(QList<Entry> entries, const QString& query);
+    /// Brings the rows to `entries` through row-level changes (removals, moves, insertions,
+    /// changed data) so that a list view keeps its scroll position and selection; a new
+    /// `query` changes every row's highlight and so resets instead.
+    void update(QList<Entry> entries, const QString& query);
     const QList<Entry>& entries() const { return m_entries; }
 
     int rowCount(const QModelIndex& parent = {}) const override;

@@ -107,8 +107,9 @@ private Q_SLOTS:
         QVERIFY(model->vaultReady());
         QCOMPARE(model->appName(), QStringLiteral("Editor"));
         QCOMPARE(model->appBundleID(), QVariant(QStringLiteral("org.example.Editor")));
-        QCOMPARE(model->sectionTitles(), (QStringList{QStringLiteral("Editor shortcuts"),
-                                                      QStringLiteral("Global desktop essentials")}));
+        QCOMPARE(model->sectionTitles(),
+                 (QStringList{QStringLiteral("Editor shortcuts"),
+                              QStringLiteral("Global desktop essentials")}));
         QCOMPARE(model->flatCount(), 5);
         QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
                  (QStringList{QStringLiteral("Find"), QStringLiteral("Save"),
@@ -196,6 +197,25 @@ private Q_SLOTS:
         model->toggleFavorite(-1);
         model->toggleFavorite(99);
         QCOMPARE(model->flatCount(), 5);
+    }
+
+    // A star, a reload or a merged scan reaches the list as row changes, never a reset, so the
+    // list keeps its scroll position and selection.
+    void vaultChangesUpdateRowsInPlace()
+    {
+        auto model = cheatSheet(kEditor);
+        QAbstractItemModelTester tester(model->rows());
+        QSignalSpy resets(model->rows(), &QAbstractItemModel::modelReset);
+        QSignalSpy inserted(model->rows(), &QAbstractItemModel::rowsInserted);
+        model->toggleFavorite(1); // Save
+        m_store->reload();
+        QCOMPARE(resets.count(), 0);
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(model->rows()->index(0, 0).data(ShortcutListModel::NameRole).toString(),
+                 QStringLiteral("Save"));
+        // A new search text starts the list afresh.
+        model->setFilter(QStringLiteral("sa"));
+        QCOMPARE(resets.count(), 1);
     }
 
     void scanStatusBelongsToTheScannedApp()
