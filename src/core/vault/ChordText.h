@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace Tessaline {
+
+/// How chords are drawn for the user. The vault always stores the symbol form ("⌃ ⇧ S", keys
+/// after the modifier symbols ⌃ ⌥ ⇧ ⌘, single spaces); Linux desktops write the same chord
+/// in words ("Ctrl+Shift+S").
+enum class KeyNameStyle
+{
+    Words,
+    Symbols,
+};
+
+/// Converts chords between the stored symbol form and the words Linux users write, and reads
+/// key words in search queries.
+namespace ChordText {
+
+/// `chord` as it is drawn in `style`: unchanged for Symbols, in words for Words.
+QString display(const QString& chord, KeyNameStyle style);
+
+/// The stored chord in words: ⌃ Ctrl, ⌥ Alt, ⇧ Shift, ⌘ Super, the arrows Left, Right, Up and
+/// Down, parts joined with "+" ("⌃ ⇧ S" -> "Ctrl+Shift+S"); a sequence keeps its ", "
+/// ("⌃ K, ⌃ C" -> "Ctrl+K, Ctrl+C"). Text that holds no modifier symbol or arrow is returned
+/// as it is.
+QString toWords(const QString& chord);
+
+/// When `query` names at least one modifier in words ("ctrl s", "Ctrl+Shift+S", "super
+/// space"), the same chord in the stored symbol form ("⌃ S", "⌃ ⇧ S", "⌘ Space"), modifiers in
+/// their fixed order; nothing for any other query, which is searched as it is typed.
+std::optional<QString> symbolQuery(const QString& query);
+
+} // namespace ChordText
+
+} // namespace Tessaline
