@@ -2,6 +2,7 @@
 #include "vault/BrowserRows.h"
 
 #include "search/FuzzyMatch.h"
+#include "vault/ShortcutSearch.h"
 #include "vault/VaultOrder.h"
 #include "vault/VaultStore.h"
 
@@ -15,7 +16,7 @@ bool matches(const QString& trimmedQuery, const VaultShortcutRow& row)
 {
     return FuzzyMatch::match(trimmedQuery, row.appName).has_value() ||
            (row.bundleID && FuzzyMatch::match(trimmedQuery, *row.bundleID).has_value()) ||
-           FuzzyMatch::score(trimmedQuery, row.shortcut).has_value();
+           ShortcutSearch::score(trimmedQuery, row.shortcut).has_value();
 }
 
 QList<VaultShortcutRow> rows(const QList<VaultShortcutRow>& allRows, const QString& query)

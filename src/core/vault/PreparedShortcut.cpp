@@ -2,6 +2,7 @@
 #include "vault/PreparedShortcut.h"
 
 #include "search/FuzzyMatch.h"
+#include "vault/ShortcutSearch.h"
 
 namespace Tessaline {
 
@@ -14,6 +15,7 @@ PreparedShortcut::Query PreparedShortcut::Query::fromTyped(const QString& typed)
     query.asciiMask = ShortcutSearchKey::maskOf(query.ascii);
     query.asciiIsExact =
         !query.ascii.isEmpty() && query.fuzzy.isAscii() && query.fuzzy.asciiKeys() == query.ascii;
+    query.chord = ShortcutSearch::chordQuery(query.trimmed);
     return query;
 }
 
@@ -23,9 +25,10 @@ std::optional<qint64> PreparedShortcut::score(const Query& query) const
 {
     if (query.isEmpty())
         return 0;
-    if (!m_key.mayMatch(query.ascii, query.asciiMask))
-        return std::nullopt;
-    return FuzzyMatch::score(query.fuzzy, m_fuzzy);
+    const std::optional<qint64> fields = m_key.mayMatch(query.ascii, query.asciiMask)
+                                             ? FuzzyMatch::score(query.fuzzy, m_fuzzy)
+                                             : std::nullopt;
+    return ShortcutSearch::withChord(fields, query.chord, m_fuzzy.chord);
 }
 
 } // namespace Tessaline

@@ -29,6 +29,8 @@ public:
         /// True when `ascii` holds exactly the matcher's keys of the query (every character a
         /// single ASCII character): a text kept whole by the pre-check can then decide alone.
         bool asciiIsExact = false;
+        /// The chord the query names in words ("ctrl s"), in the stored symbol form.
+        std::optional<FuzzyQuery> chord;
 
         static Query fromTyped(const QString& typed);
         bool isEmpty() const { return trimmed.isEmpty(); }

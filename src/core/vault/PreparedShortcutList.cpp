@@ -2,6 +2,7 @@
 #include "vault/PreparedShortcutList.h"
 
 #include "search/FuzzyMatch.h"
+#include "vault/ShortcutSearch.h"
 
 namespace Tessaline {
 
@@ -20,15 +21,18 @@ std::optional<qint64> PreparedShortcutList::score(qsizetype index,
 {
     if (query.isEmpty())
         return 0;
-    if (m_keys.judge(index, query.ascii, query.asciiMask, false) ==
-        ShortcutSearchKey::Verdict::NoMatch)
-        return std::nullopt;
-    return FuzzyMatch::score(query.fuzzy, m_fuzzy[index]);
+    const std::optional<qint64> fields = m_keys.judge(index, query.ascii, query.asciiMask, false) ==
+                                                 ShortcutSearchKey::Verdict::NoMatch
+                                             ? std::nullopt
+                                             : FuzzyMatch::score(query.fuzzy, m_fuzzy[index]);
+    return ShortcutSearch::withChord(fields, query.chord, m_fuzzy[index].chord);
 }
 
 bool PreparedShortcutList::matches(qsizetype index, const PreparedShortcut::Query& query) const
 {
     if (query.isEmpty())
+        return true;
+    if (query.chord && FuzzyMatch::matchScore(*query.chord, m_fuzzy[index].chord))
         return true;
     switch (m_keys.judge(index, query.ascii, query.asciiMask, query.asciiIsExact)) {
     case ShortcutSearchKey::Verdict::NoMatch:
