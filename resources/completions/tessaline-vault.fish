@@ -17,7 +17,8 @@ complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a ex
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a reset -d 'Replace the vault with the bundled seed'
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a scan -d 'Read the menus of a running application'
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a apps -d 'List the running applications a scan can read'
-complete -c tessaline-vault -l json -d 'Print data as JSON'
+# --json applies to the commands that print data.
+complete -c tessaline-vault -n "not __fish_seen_subcommand_from path import export reset scan" -l json -d 'Print data as JSON'
 complete -c tessaline-vault -s h -l help -d 'Show the help'
 complete -c tessaline-vault -n "__fish_seen_subcommand_from sections favorite scan" -l bundle-id -x -a '(__tessaline_vault_bundle_ids)' -d 'Bundle id of the pack'
 complete -c tessaline-vault -n "__fish_seen_subcommand_from sections favorite" -l app -x -d 'Application name'
