@@ -75,6 +75,8 @@ check "desktop entry validates" desktop-file-validate \
     "$root/usr/share/applications/org.tessaline.Tessaline.desktop"
 check "AppStream metadata validates" appstreamcli validate --no-net \
     "$root/usr/share/metainfo/org.tessaline.Tessaline.metainfo.xml"
+check "AppStream metadata and desktop entry validate together" \
+    appstreamcli validate-tree --no-net "$root"
 for page in tessaline tessaline-vault; do
     check "manual page $page is a troff page" \
         bash -c 'gzip -dc "$1" | grep -q "^\.TH \"$2\" \"1\""' _ \
