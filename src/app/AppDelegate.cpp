@@ -70,7 +70,7 @@ AppDelegate::~AppDelegate()
     delete m_panel.data();
 }
 
-void AppDelegate::applicationDidFinishLaunching()
+void AppDelegate::applicationDidFinishLaunching(Launch launch)
 {
     if (const std::optional<QImage> logo = Branding::image())
         QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(*logo)));
@@ -116,7 +116,8 @@ void AppDelegate::applicationDidFinishLaunching()
                                        closeHUD();
                                });
 
-    if (!m_platform.defaults.boolValue(kOnboardingCompletedKey).value_or(false))
+    if (launch == Launch::ByUser &&
+        !m_platform.defaults.boolValue(kOnboardingCompletedKey).value_or(false))
         showOnboarding();
 }
 

@@ -65,9 +65,17 @@ public:
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);
     ~AppDelegate() override;
 
+    /// How the process was started: by the user, or by the session at login.
+    enum class Launch
+    {
+        ByUser,
+        AtLogin
+    };
+
     /// The start sequence: icon, tracker, text helpers, hotkey, tray, coach tips, closing the
-    /// HUD when Tessaline stops being active, and the welcome window until it was finished.
-    void applicationDidFinishLaunching();
+    /// HUD when Tessaline stops being active, and the welcome window until it was finished. A
+    /// start at login opens no window: only the tray appears.
+    void applicationDidFinishLaunching(Launch launch = Launch::ByUser);
     /// The shut-down sequence.
     void applicationWillTerminate();
 

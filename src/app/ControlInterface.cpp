@@ -27,11 +27,18 @@ bool ControlInterface::registerOnSessionBus()
 
 bool ControlInterface::showHUDOfRunningInstance()
 {
+    return callRunningInstance(QStringLiteral("ShowHUD"));
+}
+
+bool ControlInterface::callRunningInstance(const QString& method)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    const QString service = QString::fromLatin1(kService);
     QDBusMessage call =
-        QDBusMessage::createMethodCall(QString::fromLatin1(kService), QString::fromLatin1(kPath),
-                                       QString::fromLatin1(kService), QStringLiteral("ShowHUD"));
-    return QDBusConnection::sessionBus().call(call, QDBus::Block, 5000).type() ==
-           QDBusMessage::ReplyMessage;
+        QDBusMessage::createMethodCall(service, QString::fromLatin1(kPath), service, method);
+    return bus.call(call, QDBus::Block, 5000).type() == QDBusMessage::ReplyMessage;
 }
 
 void ControlInterface::ShowHUD()

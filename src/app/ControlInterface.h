@@ -24,6 +24,8 @@ public:
     bool registerOnSessionBus();
     /// Asks the running instance to show its HUD; false when none answered.
     static bool showHUDOfRunningInstance();
+    /// Calls `method` of the running instance's interface; false when none answered.
+    static bool callRunningInstance(const QString& method);
 
 public slots:
     Q_SCRIPTABLE void ShowHUD();

@@ -29,6 +29,7 @@ SettingsModel::SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager,
         m_recorder = new HotkeyRecorder(*hotkeyManager, this);
     connect(&store, &VaultStore::lastErrorChanged, this, &SettingsModel::lastErrorChanged);
     m_accessibilityEnabled = m_trust.isTrusted();
+    m_startAtLogin = m_autostart.isEnabled();
 }
 
 SettingsModel::~SettingsModel() = default;
@@ -110,6 +111,23 @@ void SettingsModel::resetToSeed()
 {
     if (m_store)
         m_store->resetToSeed();
+}
+
+void SettingsModel::refreshStartAtLogin()
+{
+    const bool enabled = m_autostart.isEnabled();
+    if (enabled == m_startAtLogin)
+        return;
+    m_startAtLogin = enabled;
+    emit startAtLoginChanged();
+}
+
+void SettingsModel::setStartAtLogin(bool enabled)
+{
+    const Expected<void> written = m_autostart.setEnabled(enabled);
+    m_startAtLogin = m_autostart.isEnabled();
+    m_startAtLoginMessage = written ? QString() : written.error();
+    emit startAtLoginChanged();
 }
 
 } // namespace Tessaline

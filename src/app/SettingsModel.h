@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "settings/AutostartEntry.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QtQml/qqmlregistration.h>
@@ -13,7 +15,8 @@ class HotkeyRecorder;
 class VaultStore;
 
 /// What the settings and welcome windows show and do: the hotkey (through its manager and
-/// recorder), the accessibility permission, and the vault file with import, export and reset.
+/// recorder), the accessibility permission, starting at login, and the vault file with import,
+/// export and reset.
 class SettingsModel : public QObject
 {
     Q_OBJECT
@@ -24,6 +27,8 @@ class SettingsModel : public QObject
     Q_PROPERTY(bool accessibilityEnabled READ accessibilityEnabled NOTIFY accessibilityChanged)
     Q_PROPERTY(QString dataFilePath READ dataFilePath CONSTANT)
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
+    Q_PROPERTY(bool startAtLogin READ startAtLogin NOTIFY startAtLoginChanged)
+    Q_PROPERTY(QString startAtLoginMessage READ startAtLoginMessage NOTIFY startAtLoginChanged)
 
 public:
     SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager, AccessibilityTrust& trust,
@@ -35,6 +40,8 @@ public:
     bool accessibilityEnabled() const { return m_accessibilityEnabled; }
     QString dataFilePath() const;
     QString lastError() const;
+    bool startAtLogin() const { return m_startAtLogin; }
+    QString startAtLoginMessage() const { return m_startAtLoginMessage; }
 
     /// Looks at the permission again (it can change outside Tessaline).
     Q_INVOKABLE
@@ -54,10 +61,17 @@ public:
     /// Puts the bundled pack back, at once.
     Q_INVOKABLE
     void resetToSeed();
+    /// Looks at the autostart entry again (the user may add or remove it by hand).
+    Q_INVOKABLE
+    void refreshStartAtLogin();
+    /// Writes or removes the autostart entry; a failure is kept in startAtLoginMessage.
+    Q_INVOKABLE
+    void setStartAtLogin(bool enabled);
 
 signals:
     void accessibilityChanged();
     void lastErrorChanged();
+    void startAtLoginChanged();
 
 private:
     QPointer<VaultStore> m_store;
@@ -65,6 +79,9 @@ private:
     HotkeyRecorder* m_recorder = nullptr;
     AccessibilityTrust& m_trust;
     bool m_accessibilityEnabled = false;
+    AutostartEntry m_autostart;
+    bool m_startAtLogin = false;
+    QString m_startAtLoginMessage;
 };
 
 } // namespace Tessaline

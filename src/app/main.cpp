@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The tray application: builds the desktop services, hands them to the delegate and runs.
+#include "AppCommandLine.h"
 #include "AppDelegate.h"
 #include "AppIconProvider.h"
 #include "CoachTipPanelPresenter.h"
@@ -30,6 +31,12 @@ Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 
 int main(int argc, char** argv)
 {
+    Tessaline::AppCommandLine commandLine(Tessaline::AppCommandLine::arguments(argc, argv));
+    if (!commandLine.startsTray()) {
+        // Help, version and forwarding to the running instance need no display.
+        QCoreApplication core(argc, argv);
+        return commandLine.run();
+    }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessaline"));
     QApplication::setDesktopFileName(QStringLiteral("org.tessaline.Tessaline"));
@@ -73,13 +80,17 @@ int main(int argc, char** argv)
                                                scheduler, defaults, engine});
     ControlInterface control(delegate);
     if (!control.registerOnSessionBus()) {
-        // Another Tessaline runs: show its HUD instead of a second tray icon.
+        // Another Tessaline runs: show its HUD instead of a second tray icon (at login, leave
+        // it be).
+        if (commandLine.atLogin())
+            return 0;
         return ControlInterface::showHUDOfRunningInstance() ? 0 : 1;
     }
 
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
-    delegate.applicationDidFinishLaunching();
+    delegate.applicationDidFinishLaunching(commandLine.atLogin() ? AppDelegate::Launch::AtLogin
+                                                                 : AppDelegate::Launch::ByUser);
     const int status = QApplication::exec();
     HotKey::HotKeysController::setService(nullptr);
     return status;

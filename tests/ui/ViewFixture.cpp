@@ -14,12 +14,14 @@
 #include "helpers/TextHelperAction.h"
 #include "hotkeys/HotkeyManager.h"
 #include "scan/AppMenuScanner.h"
+#include "settings/AutostartEntry.h"
 #include "settings/DefaultsStore.h"
 #include "vault/VaultCodec.h"
 #include "vault/VaultStore.h"
 
 #include <hotkey/HotKeysController.h>
 
+#include <QAccessible>
 #include <QDir>
 #include <QFile>
 #include <QQmlEngine>
@@ -92,6 +94,7 @@ void ViewFixture::reset()
 {
     release();
     m_copied.clear();
+    QFile::remove(autostartFile());
     m_dir = std::make_unique<QTemporaryDir>();
     VaultStore::Configuration configuration;
     configuration.dataFilePath = m_dir->filePath(QStringLiteral("data/keybinds.json"));
@@ -147,4 +150,34 @@ QObject* ViewFixture::settings()
 void ViewFixture::startScan(const QString& appName, const QString& bundleID)
 {
     m_scanner->scanAndMergeCurrentApp(tracked(appName, bundleID), *m_store);
+}
+
+QString ViewFixture::autostartFile() const
+{
+    return AutostartEntry().filePath();
+}
+
+bool ViewFixture::fileExists(const QString& path) const
+{
+    return QFile::exists(path);
+}
+
+bool ViewFixture::removeFile(const QString& path) const
+{
+    return QFile::remove(path);
+}
+
+bool ViewFixture::doAccessibleAction(QObject* item, const QString& action) const
+{
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item);
+    if (!accessible || !accessible->actionInterface())
+        return false;
+    QAccessibleActionInterface* actions = accessible->actionInterface();
+    const QString name = action == QStringLiteral("Toggle")
+                             ? QAccessibleActionInterface::toggleAction()
+                             : QAccessibleActionInterface::pressAction();
+    if (!actions->actionNames().contains(name))
+        return false;
+    actions->doAction(name);
+    return true;
 }

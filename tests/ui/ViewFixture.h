@@ -54,6 +54,17 @@ public:
     /// Every text the models put on the clipboard.
     Q_INVOKABLE
     QStringList copied() const { return m_copied; }
+    /// The autostart entry of the test's private config folder (reset removes it).
+    Q_INVOKABLE
+    QString autostartFile() const;
+    Q_INVOKABLE
+    bool fileExists(const QString& path) const;
+    Q_INVOKABLE
+    bool removeFile(const QString& path) const;
+    /// Runs an action ("Toggle", "Press") on an item the way assistive tools do, through
+    /// Qt's accessibility interface; false when the item offers no such action.
+    Q_INVOKABLE
+    bool doAccessibleAction(QObject* item, const QString& action) const;
 
 private:
     void release();

@@ -2,7 +2,7 @@ import QtQuick
 import QtTest
 import "qrc:/Tessaline/qml"
 
-// The settings window's hotkey recorder, driven by key presses.
+// The settings window's hotkey recorder, driven by key presses, and its start-at-login switch.
 Item {
     id: stage
     width: 600
@@ -64,6 +64,58 @@ Item {
             compare(findChild(view, "registrationMessage").text,
                     "Choose at least one modifier, like Ctrl or Alt.")
             verify(!findChild(view, "hotkeyToggle").checked)
+        }
+
+        function startSwitch(view) { return findChild(view, "startAtLoginSwitch") }
+
+        function test_startAtLoginIsOffByDefault() {
+            const view = makeView()
+            const toggle = startSwitch(view)
+            verify(!toggle.checked)
+            compare(toggle.Accessible.name, "Start Tessaline at login")
+            verify(!fixture.fileExists(fixture.autostartFile()))
+            verify(!findChild(view, "startAtLoginMessage").visible)
+        }
+
+        function test_switchWritesAndRemovesTheEntry() {
+            const view = makeView()
+            const toggle = startSwitch(view)
+            toggle.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            verify(toggle.checked)
+            verify(fixture.fileExists(fixture.autostartFile()))
+            keyClick(Qt.Key_Space)
+            verify(!toggle.checked)
+            verify(!fixture.fileExists(fixture.autostartFile()))
+        }
+
+        function test_switchShowsTheFileEachTimeItIsShown() {
+            const view = makeView()
+            const toggle = startSwitch(view)
+            toggle.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            verify(toggle.checked)
+            // The user deletes the entry by hand; the next showing reads it as off.
+            verify(fixture.removeFile(fixture.autostartFile()))
+            view.visible = false
+            view.visible = true
+            verify(!toggle.checked)
+            // A fresh settings window over an existing entry reads it as on.
+            toggle.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            verify(startSwitch(makeView()).checked)
+        }
+
+        function test_assistiveToolsToggleTheSwitch() {
+            const view = makeView()
+            const toggle = startSwitch(view)
+            verify(fixture.doAccessibleAction(toggle, "Toggle"))
+            verify(toggle.checked)
+            verify(toggle.Accessible.checked)
+            verify(fixture.fileExists(fixture.autostartFile()))
+            verify(fixture.doAccessibleAction(toggle, "Press"))
+            verify(!toggle.checked)
+            verify(!fixture.fileExists(fixture.autostartFile()))
         }
     }
 }

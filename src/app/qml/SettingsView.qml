@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-// The settings window: the HUD hotkey, the accessibility permission and the shortcut pack file.
+// The settings window: the HUD hotkey, the accessibility permission, the shortcut pack file and
+// starting at login.
 ThemedSurface {
     id: root
     required property var model   // SettingsModel
@@ -11,12 +12,22 @@ ThemedSurface {
     implicitHeight: 520
 
     Timer {
-        // The permission can change outside Tessaline; look again while the window is open.
+        // The permission and the autostart entry can change outside Tessaline; look again
+        // while the window is open.
         interval: 1500
         running: true
         repeat: true
-        onTriggered: root.model.refreshAccessibility()
+        onTriggered: {
+            root.model.refreshAccessibility()
+            root.model.refreshStartAtLogin()
+        }
     }
+
+    // Each time the window comes forward, the switch shows whether the autostart entry exists.
+    readonly property bool windowActive: Window.active
+    onWindowActiveChanged: if (windowActive) root.model.refreshStartAtLogin()
+    onVisibleChanged: if (visible) root.model.refreshStartAtLogin()
+    Component.onCompleted: root.model.refreshStartAtLogin()
 
     Flickable {
         anchors.fill: parent
@@ -171,6 +182,37 @@ ThemedSurface {
                         Accessible.name: text
                         onClicked: root.model.resetToSeed()
                     }
+                }
+            }
+
+            SettingsCard {
+                title: "Startup"
+                systemImage: "gearshape"
+                Switch {
+                    id: startAtLogin
+                    objectName: "startAtLoginSwitch"
+                    text: "Start Tessaline at login"
+                    checked: root.model.startAtLogin
+                    // A click flips `checked` before the model answers; bind it back to the file.
+                    onToggled: {
+                        root.model.setStartAtLogin(checked)
+                        checked = Qt.binding(() => root.model.startAtLogin)
+                    }
+                    Accessible.name: text
+                    Accessible.checkable: true
+                    Accessible.checked: checked
+                    Accessible.onToggleAction: root.model.setStartAtLogin(!root.model.startAtLogin)
+                    Accessible.onPressAction: root.model.setStartAtLogin(!root.model.startAtLogin)
+                }
+                Label {
+                    objectName: "startAtLoginMessage"
+                    visible: root.model.startAtLoginMessage.length > 0
+                    Layout.fillWidth: true
+                    text: root.model.startAtLoginMessage
+                    color: root.red
+                    font.pixelSize: 12
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
                 }
             }
         }

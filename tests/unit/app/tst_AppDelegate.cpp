@@ -54,14 +54,14 @@ class TestAppDelegate : public QObject
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<AppDelegate> m_delegate;
 
-    void launch()
+    void launch(AppDelegate::Launch how = AppDelegate::Launch::ByUser)
     {
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
         m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
             m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
             m_keyInjector, m_clock, m_scheduler, *m_defaults, *m_engine});
-        m_delegate->applicationDidFinishLaunching();
+        m_delegate->applicationDidFinishLaunching(how);
     }
 
 private Q_SLOTS:
@@ -107,6 +107,18 @@ private Q_SLOTS:
         QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
         QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Settings));
         QVERIFY(!m_delegate->panel());
+    }
+
+    void startAtLoginOpensNoWindowEvenBeforeOnboarding()
+    {
+        launch(AppDelegate::Launch::AtLogin);
+        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
+        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Settings));
+        QVERIFY(!m_delegate->panel());
+        // The tray and the hotkey are up as at any other start.
+        QVERIFY(m_delegate->menuBarController());
+        QVERIFY(m_delegate->hotkeyManager());
+        QVERIFY(!m_defaults->contains(QStringLiteral("Onboarding.completed")));
     }
 
     void falseFlagStillShowsTheWelcomeWindow()
