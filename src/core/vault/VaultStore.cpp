@@ -372,11 +372,8 @@ QList<VaultShortcutRow> VaultStore::allShortcutRows() const
     packs.reserve(m_data.apps.size());
     for (const AppShortcutPack& pack : m_data.apps)
         packs.append(&pack);
-    const QCollator collator = VaultOrder::nameCollator();
-    std::stable_sort(packs.begin(), packs.end(),
-                     [&collator](const AppShortcutPack* a, const AppShortcutPack* b) {
-                         return collator.compare(a->name, b->name) < 0;
-                     });
+    VaultOrder::sortByName(
+        packs, [](const AppShortcutPack* pack) -> const QString& { return pack->name; });
     for (const AppShortcutPack* pack : packs) {
         for (const ShortcutItem& item : pack->shortcuts)
             rows.append(VaultShortcutRow{pack->name, pack->bundleID, item});
@@ -397,18 +394,15 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
         publishDataChange();
     }
 
-    const auto keyOf = [](const ShortcutItem& item) {
-        return item.name.toLower() + QLatin1Char('|') + item.chord.toLower();
-    };
     QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
     QSet<QString> keys;
     keys.reserve(shortcuts.size() + scanned.size());
     for (const ShortcutItem& item : shortcuts)
-        keys.insert(keyOf(item));
+        keys.insert(item.dedupeKey());
 
     qsizetype added = 0;
     for (const ShortcutItem& item : scanned) {
-        const QString key = keyOf(item);
+        const QString key = item.dedupeKey();
         if (keys.contains(key))
             continue;
         keys.insert(key);
@@ -424,12 +418,6 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
 
     persistQuietly();
     return added;
-}
-
-bool VaultStore::isScanned(const ShortcutItem& item)
-{
-    return (item.source && *item.source == QStringLiteral("scanned-menu")) ||
-           (item.tags && item.tags->contains(QStringLiteral("scanned")));
 }
 
 const PreparedShortcutList& VaultStore::preparedItems(qsizetype packIndex) const
@@ -451,7 +439,7 @@ const std::array<QList<qsizetype>, 3>& VaultStore::packParts(qsizetype packIndex
         const QList<ShortcutItem>& shortcuts = m_data.apps[packIndex].shortcuts;
         for (qsizetype i = 0; i < shortcuts.size(); ++i) {
             const ShortcutItem& item = shortcuts[i];
-            parts[item.isFavorite() ? 0 : isScanned(item) ? 2 : 1].append(i);
+            parts[item.isFavorite() ? 0 : item.isScanned() ? 2 : 1].append(i);
         }
         found = m_packParts.insert(packIndex, std::move(parts));
     }
@@ -471,11 +459,10 @@ QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
         qsizetype list;
         QList<qsizetype> items;
     };
-    QList<Candidate> candidates{
-        {QStringLiteral("Favorites for ") + title, index, {}},
-        {title + QStringLiteral(" shortcuts"), index, {}},
-        {QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"), index, {}},
-        {globalSectionTitle(), -1, {}}};
+    QList<Candidate> candidates{{QStringLiteral("Favorites for %1").arg(title), index, {}},
+                                {QStringLiteral("%1 shortcuts").arg(title), index, {}},
+                                {QStringLiteral("Discovered from %1 menus").arg(title), index, {}},
+                                {globalSectionTitle(), -1, {}}};
     if (index >= 0) {
         const std::array<QList<qsizetype>, 3>& parts = packParts(index);
         for (std::size_t part = 0; part < parts.size(); ++part)

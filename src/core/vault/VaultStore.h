@@ -94,9 +94,6 @@ public:
 
     /// Title of the section holding the global list, also the app name of its rows.
     static QString globalSectionTitle();
-    /// Whether an item came from a menu scan: its source is "scanned-menu" or it is tagged
-    /// "scanned".
-    static bool isScanned(const ShortcutItem& item);
 
 signals:
     void dataChanged();
