@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "vault/BrowserRows.h"
+#include "BrowserRows.h"
 
 #include "search/FuzzyMatch.h"
 #include "vault/VaultOrder.h"
