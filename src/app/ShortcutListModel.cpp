@@ -95,12 +95,6 @@ int ShortcutListModel::rowCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
 }
 
-bool ShortcutListModel::isScanned(const ShortcutItem& item)
-{
-    return item.source == QStringLiteral("scanned-menu") ||
-           (item.tags && item.tags->contains(QStringLiteral("scanned")));
-}
-
 QVariant ShortcutListModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
@@ -127,7 +121,7 @@ QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutIte
     case FavoriteRole:
         return item.isFavorite();
     case ScannedRole:
-        return isScanned(item);
+        return item.isScanned();
     default:
         return {};
     }

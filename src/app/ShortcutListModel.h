@@ -45,8 +45,6 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    /// True for items that came from a menu scan.
-    static bool isScanned(const ShortcutItem& item);
     /// What a row of `item` under the title `group` shows for `role`, with the characters that
     /// `query` matches emphasised in the highlighted name. Shared with the browser's list.
     static QVariant shortcutData(const QString& group, const ShortcutItem& item,

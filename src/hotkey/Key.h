@@ -153,6 +153,14 @@ std::optional<Key> keyFromString(const QString& string);
 /// A short display form of the key ("K", "F5", "⇥", ...).
 QString keyDescription(Key key);
 
+/// The key's name in the hot-key chords shown in the settings ("K", "Return", "←"): letters,
+/// digits, Return, Tab, Space, Escape and the arrows have one.
+std::optional<QString> chordKeyName(Key key);
+
+/// The key's name in chords read from application menus ("Return", "F5", "Page Up"): the
+/// white-space, deleting, function and navigation keys have one.
+std::optional<QString> menuKeyName(Key key);
+
 /// The key's name in code ("k", "rightBracket", "return"), for messages and tests.
 QString keyName(Key key);
 

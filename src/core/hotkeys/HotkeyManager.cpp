@@ -145,98 +145,11 @@ QString HotkeyManager::displayModifiers(quint32 carbonModifiers)
 
 QString HotkeyManager::displayKey(quint16 keyCode)
 {
-    switch (keyCode) {
-    case 0:
-        return QStringLiteral("A");
-    case 1:
-        return QStringLiteral("S");
-    case 2:
-        return QStringLiteral("D");
-    case 3:
-        return QStringLiteral("F");
-    case 4:
-        return QStringLiteral("H");
-    case 5:
-        return QStringLiteral("G");
-    case 6:
-        return QStringLiteral("Z");
-    case 7:
-        return QStringLiteral("X");
-    case 8:
-        return QStringLiteral("C");
-    case 9:
-        return QStringLiteral("V");
-    case 11:
-        return QStringLiteral("B");
-    case 12:
-        return QStringLiteral("Q");
-    case 13:
-        return QStringLiteral("W");
-    case 14:
-        return QStringLiteral("E");
-    case 15:
-        return QStringLiteral("R");
-    case 16:
-        return QStringLiteral("Y");
-    case 17:
-        return QStringLiteral("T");
-    case 18:
-        return QStringLiteral("1");
-    case 19:
-        return QStringLiteral("2");
-    case 20:
-        return QStringLiteral("3");
-    case 21:
-        return QStringLiteral("4");
-    case 22:
-        return QStringLiteral("6");
-    case 23:
-        return QStringLiteral("5");
-    case 25:
-        return QStringLiteral("9");
-    case 26:
-        return QStringLiteral("7");
-    case 28:
-        return QStringLiteral("8");
-    case 29:
-        return QStringLiteral("0");
-    case 31:
-        return QStringLiteral("O");
-    case 32:
-        return QStringLiteral("U");
-    case 34:
-        return QStringLiteral("I");
-    case 35:
-        return QStringLiteral("P");
-    case 37:
-        return QStringLiteral("L");
-    case 38:
-        return QStringLiteral("J");
-    case 40:
-        return QStringLiteral("K");
-    case 45:
-        return QStringLiteral("N");
-    case 46:
-        return QStringLiteral("M");
-    case 36:
-        return QStringLiteral("Return");
-    case 48:
-        return QStringLiteral("Tab");
-    case 49:
-        return QStringLiteral("Space");
-    case 53:
-        return QStringLiteral("Esc");
-    case 123:
-        return QStringLiteral("←");
-    case 124:
-        return QStringLiteral("→");
-    case 125:
-        return QStringLiteral("↓");
-    case 126:
-        return QStringLiteral("↑");
-    default:
-        return QStringLiteral("Key ") + QString::number(keyCode);
+    if (const std::optional<HotKey::Key> key = HotKey::keyFromCarbonKeyCode(keyCode)) {
+        if (std::optional<QString> name = HotKey::chordKeyName(*key))
+            return *name;
     }
+    return QStringLiteral("Key %1").arg(keyCode);
 }
 
 } // namespace Tessaline

@@ -58,12 +58,6 @@ public:
 
     /// Reads one application: the checks (bundle id, trust, running, menu bar), then the walk.
     ScanOutcome scan(const TrackedApp& app);
-    /// The shortcuts of `element` and everything under it.
-    QList<ShortcutItem> scanMenuElement(const AccessibilityElementPtr& element,
-                                        const QStringList& path) const;
-    /// The shortcut `element` stands for, if it is a titled item with a keyboard equivalent.
-    std::optional<ShortcutItem> shortcutItem(const AccessibilityElementPtr& element,
-                                             const QStringList& path) const;
     /// Regular running applications with a bundle id other than Tessaline's, one per bundle
     /// id, sorted by name.
     QList<TrackedApp> scannableRunningApps() const;
@@ -71,15 +65,6 @@ public:
     void promptForAccessibility();
     /// Forgets the status message and the app it belongs to (the HUD's dismiss button).
     void clearStatus();
-
-    /// The key name of a menu command character.
-    static QString normalizedKey(const QString& character);
-    /// The key name of a virtual key code, for the few keys that have one.
-    static std::optional<QString> virtualKeySymbol(int code);
-    /// Modifier symbols (⌃ ⌥ ⇧ ⌘) then the key, single spaces, from a menu modifier mask.
-    static QString displayChord(const QString& keySymbol, int modifiers);
-    /// Keeps the first item of each lower-cased name and chord.
-    static QList<ShortcutItem> dedupe(const QList<ShortcutItem>& items);
 
 signals:
     void isScanningChanged();

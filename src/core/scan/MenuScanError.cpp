@@ -7,10 +7,9 @@ QString MenuScanError::errorDescription() const
 {
     switch (kind) {
     case Kind::appNotRunning:
-        return appName + QStringLiteral(" is not running anymore.");
+        return QStringLiteral("%1 is not running anymore.").arg(appName);
     case Kind::menuUnavailable:
-        return QStringLiteral("Tessaline could not read the menu bar for ") + appName +
-               QStringLiteral(".");
+        return QStringLiteral("Tessaline could not read the menu bar for %1.").arg(appName);
     case Kind::missingBundleID:
         return QStringLiteral("Tessaline could not identify the current app.");
     case Kind::accessibilityNotGranted:

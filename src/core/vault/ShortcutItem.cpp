@@ -8,6 +8,17 @@ QString ShortcutItem::id() const
     return name + QLatin1Char('|') + chord;
 }
 
+bool ShortcutItem::isScanned() const
+{
+    return (source && *source == QStringLiteral("scanned-menu")) ||
+           (tags && tags->contains(QStringLiteral("scanned")));
+}
+
+QString ShortcutItem::dedupeKey() const
+{
+    return name.toLower() + QLatin1Char('|') + chord.toLower();
+}
+
 QString ShortcutItem::detailText() const
 {
     if (note && !note->isEmpty())

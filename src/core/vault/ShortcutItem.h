@@ -27,6 +27,12 @@ struct ShortcutItem
     /// " / ", else "Useful desktop shortcut".
     QString detailText() const;
     bool isFavorite() const { return favorite.value_or(false); }
+    /// Whether the item came from a menu scan: its source is "scanned-menu" or it is tagged
+    /// "scanned".
+    bool isScanned() const;
+    /// The key under which lists keep one item per action: lower-cased name + "|" + lower-cased
+    /// chord.
+    QString dedupeKey() const;
 
     friend bool operator==(const ShortcutItem&, const ShortcutItem&) = default;
 };

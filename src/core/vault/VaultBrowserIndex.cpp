@@ -59,15 +59,12 @@ VaultBrowserIndex::VaultBrowserIndex(QList<VaultShortcutRow> allRows) : m_rows(s
             [&nameKeys](qsizetype a, qsizetype b) { return nameKeys[a].compare(nameKeys[b]) < 0; });
     }
 
+    // By name, with the global list ahead of every app.
+    VaultOrder::sortByName(m_groups,
+                           [](const Group& group) -> const QString& { return group.name; });
     const QString global = VaultStore::globalSectionTitle();
-    std::stable_sort(m_groups.begin(), m_groups.end(),
-                     [&collator, &global](const Group& a, const Group& b) {
-                         const bool aGlobal = a.name == global;
-                         const bool bGlobal = b.name == global;
-                         if (aGlobal != bGlobal)
-                             return aGlobal;
-                         return collator.compare(a.name, b.name) < 0;
-                     });
+    std::stable_partition(m_groups.begin(), m_groups.end(),
+                          [&global](const Group& group) { return group.name == global; });
     qsizetype rank = 0;
     for (qsizetype i = 0; i < m_groups.size(); ++i) {
         if (i > 0 && (m_groups[i - 1].name == global ||

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "search/FuzzyText.h"
-#include "vault/BrowserRows.h"
+#include "vault/BrowserGroup.h"
 #include "vault/PreparedShortcutList.h"
 #include "vault/VaultShortcutRow.h"
 
@@ -14,7 +14,7 @@ namespace Tessaline {
 /// The browser's rows prepared once per vault change, so that each keystroke only filters:
 /// the grouped order is computed up front (a stable sort keeps its order on any subset), and
 /// each row keeps its shortcut in the matcher's prepared form behind a packed pre-check. Results
-/// equal BrowserRows::groupedRows(BrowserRows::rows(allRows, query)).
+/// equal those of filtering every row by the query and then grouping what is left.
 class VaultBrowserIndex
 {
 public:

@@ -2,6 +2,7 @@
 #include "vault/VaultStore.h"
 
 #include "vault/FallbackData.h"
+#include "vault/VaultCodec.h"
 #include "vault/VaultOrder.h"
 
 #include <QCoreApplication>
@@ -29,15 +30,23 @@ QString nativePath(const QString& path)
 
 // Writes through a temporary file in the same folder that replaces the target only once
 // everything was written, so a failed write never leaves a half-written vault.
-std::optional<QString> writeAtomically(const QString& filePath, const QByteArray& bytes)
+Expected<void> writeAtomically(const QString& filePath, const QByteArray& bytes)
 {
     QSaveFile file(filePath);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         const QString reason = file.errorString();
         file.cancelWriting();
-        return QStringLiteral("Cannot write %1: %2").arg(nativePath(filePath), reason);
+        return Unexpected(QStringLiteral("Cannot write %1: %2").arg(nativePath(filePath), reason));
     }
-    return std::nullopt;
+    return {};
+}
+
+// The error of a failed step, for the store's lastError; none for a success.
+std::optional<QString> errorOf(const Expected<void>& result)
+{
+    if (result)
+        return std::nullopt;
+    return result.error();
 }
 
 } // namespace
@@ -76,20 +85,15 @@ VaultStore::VaultStore(QObject* parent) : VaultStore(Configuration::standard(), 
 VaultStore::VaultStore(Configuration configuration, QObject* parent)
     : QObject(parent), m_configuration(std::move(configuration))
 {
-    std::optional<QString> error = bootstrapIfNeeded();
-    if (!error) {
-        VaultCodec::DecodeResult loaded = readVault(dataFilePath());
-        if (loaded) {
-            VaultOrder::sort(loaded.data->global);
-            m_data = std::move(*loaded.data);
-        } else {
-            error = loaded.error;
-            // The file stays as it is; it is copied aside before anything replaces it.
-            m_dataFileDamaged = QFileInfo::exists(dataFilePath());
-        }
-    }
-    if (error) {
-        m_lastError = error;
+    const Expected<void> ready = bootstrapIfNeeded();
+    Expected<VaultData> loaded =
+        ready ? readVault(dataFilePath()) : Expected<VaultData>(Unexpected(ready.error()));
+    // A file that fails to load stays as it is; it is copied aside before anything replaces it.
+    m_dataFileDamaged = ready && !loaded && QFileInfo::exists(dataFilePath());
+    if (loaded) {
+        m_data = std::move(*loaded);
+    } else {
+        m_lastError = loaded.error();
         m_data = fallbackData();
     }
 }
@@ -135,156 +139,151 @@ void VaultStore::setLastError(std::optional<QString> error)
 
 // ---- File life cycle -------------------------------------------------------------------------
 
-std::optional<QString> VaultStore::bootstrapIfNeeded()
+Expected<void> VaultStore::bootstrapIfNeeded()
 {
     const QString folder = QFileInfo(dataFilePath()).absolutePath();
     if (!QFileInfo::exists(folder)) {
         std::error_code code;
         std::filesystem::create_directories(std::filesystem::path(folder.toStdString()), code);
         if (code) {
-            return QStringLiteral("Cannot create the folder %1: %2")
-                .arg(nativePath(folder), QString::fromStdString(code.message()));
+            return Unexpected(QStringLiteral("Cannot create the folder %1: %2")
+                                  .arg(nativePath(folder), QString::fromStdString(code.message())));
         }
     }
     if (QFileInfo::exists(dataFilePath()))
-        return std::nullopt;
+        return {};
 
-    const VaultCodec::DecodeResult seed = loadSeedData();
+    const Expected<VaultData> seed = loadSeedData();
     if (!seed)
-        return seed.error;
-    return writeAtomically(dataFilePath(), VaultCodec::encode(*seed.data));
+        return Unexpected(seed.error());
+    return writeAtomically(dataFilePath(), VaultCodec::encode(*seed));
 }
 
-VaultCodec::DecodeResult VaultStore::loadSeedData() const
+Expected<VaultData> VaultStore::loadSeedData() const
 {
     for (const QString& candidate : m_configuration.seedCandidates) {
         if (candidate.isEmpty() || !QFileInfo::exists(candidate))
             continue;
         // Only the first existing candidate counts: a broken seed is reported, not skipped.
-        VaultCodec::DecodeResult seed = readVault(candidate);
-        if (seed)
-            VaultOrder::sort(seed.data->global);
-        return seed;
+        return readVault(candidate);
     }
-    return {fallbackData(), {}};
+    return fallbackData();
 }
 
-VaultCodec::DecodeResult VaultStore::readVault(const QString& filePath) const
+Expected<VaultData> VaultStore::readVault(const QString& filePath) const
 {
     QFile file(filePath);
+    const auto cannotRead = [&file, &filePath] {
+        return Unexpected(
+            QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString()));
+    };
     if (!file.open(QIODevice::ReadOnly))
-        return {std::nullopt,
-                QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString())};
+        return cannotRead();
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        return {std::nullopt,
-                QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString())};
-    VaultCodec::DecodeResult result = VaultCodec::decode(bytes);
+        return cannotRead();
+    Expected<VaultData> result = VaultCodec::decode(bytes);
     if (!result)
-        result.error = QStringLiteral("%1 is not a valid vault file: %2")
-                           .arg(nativePath(filePath), result.error);
+        return Unexpected(QStringLiteral("%1 is not a valid vault file: %2")
+                              .arg(nativePath(filePath), result.error()));
+    VaultOrder::sort(result->global);
     return result;
 }
 
-std::optional<QString> VaultStore::keepDamagedCopy()
+Expected<void> VaultStore::keepDamagedCopy()
 {
     if (!m_dataFileDamaged || !QFileInfo::exists(dataFilePath()))
-        return std::nullopt;
+        return {};
     const QString copyPath = damagedCopyPath();
     if (QFileInfo::exists(copyPath) && !QFile::remove(copyPath))
-        return QStringLiteral("Cannot replace %1 with a copy of the damaged vault")
-            .arg(nativePath(copyPath));
+        return Unexpected(QStringLiteral("Cannot replace %1 with a copy of the damaged vault")
+                              .arg(nativePath(copyPath)));
     QFile original(dataFilePath());
     if (!original.copy(copyPath))
-        return QStringLiteral("Cannot keep a copy of the damaged vault at %1: %2")
-            .arg(nativePath(copyPath), original.errorString());
-    return std::nullopt;
+        return Unexpected(QStringLiteral("Cannot keep a copy of the damaged vault at %1: %2")
+                              .arg(nativePath(copyPath), original.errorString()));
+    return {};
 }
 
-std::optional<QString> VaultStore::writeDataFile(const QByteArray& bytes)
+Expected<void> VaultStore::writeDataFile(const QByteArray& bytes)
 {
     // A data file that failed to load may hold a hand edit with one typo: keep it beside the
     // vault before the first write replaces it.
-    if (std::optional<QString> error = keepDamagedCopy())
-        return error;
-    if (std::optional<QString> error = writeAtomically(dataFilePath(), bytes))
-        return error;
+    if (Expected<void> kept = keepDamagedCopy(); !kept)
+        return kept;
+    if (Expected<void> written = writeAtomically(dataFilePath(), bytes); !written)
+        return written;
     m_dataFileDamaged = false;
-    return std::nullopt;
+    return {};
+}
+
+void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
+{
+    if (!loaded) {
+        setLastError(std::move(loaded).error());
+        return;
+    }
+    if (writeFirst) {
+        if (Expected<void> written = writeDataFile(VaultCodec::encode(*loaded)); !written) {
+            setLastError(written.error());
+            return;
+        }
+    }
+    setData(std::move(*loaded));
+    setLastError(std::nullopt);
 }
 
 void VaultStore::reload()
 {
-    VaultCodec::DecodeResult loaded = readVault(dataFilePath());
-    if (!loaded) {
-        m_dataFileDamaged = QFileInfo::exists(dataFilePath());
-        setLastError(loaded.error);
-        return;
-    }
-    m_dataFileDamaged = false;
-    VaultOrder::sort(loaded.data->global);
-    setData(std::move(*loaded.data));
-    setLastError(std::nullopt);
+    Expected<VaultData> loaded = readVault(dataFilePath());
+    m_dataFileDamaged = !loaded && QFileInfo::exists(dataFilePath());
+    replaceData(std::move(loaded), false);
 }
 
 void VaultStore::persistQuietly()
 {
-    setLastError(writeDataFile(VaultCodec::encode(m_data)));
+    setLastError(errorOf(writeDataFile(VaultCodec::encode(m_data))));
 }
 
 void VaultStore::resetToSeed()
 {
-    VaultCodec::DecodeResult seed = loadSeedData();
-    if (!seed) {
-        setLastError(seed.error);
-        return;
-    }
-    if (std::optional<QString> error = writeDataFile(VaultCodec::encode(*seed.data))) {
-        setLastError(error);
-        return;
-    }
-    setData(std::move(*seed.data));
-    setLastError(std::nullopt);
+    replaceData(loadSeedData(), true);
 }
 
 void VaultStore::importData(const QString& filePath)
 {
-    VaultCodec::DecodeResult imported = readVault(filePath);
-    if (!imported) {
-        setLastError(imported.error);
-        return;
-    }
-    VaultOrder::sort(imported.data->global);
-    if (std::optional<QString> error = writeDataFile(VaultCodec::encode(*imported.data))) {
-        setLastError(error);
-        return;
-    }
-    setData(std::move(*imported.data));
-    setLastError(std::nullopt);
+    replaceData(readVault(filePath), true);
 }
 
 void VaultStore::exportData(const QString& filePath)
 {
-    setLastError(writeAtomically(filePath, VaultCodec::encode(m_data)));
+    setLastError(errorOf(writeAtomically(filePath, VaultCodec::encode(m_data))));
 }
 
 // ---- Queries and edits -----------------------------------------------------------------------
 
-qsizetype VaultStore::packIndex(const TrackedApp& app) const
+std::array<qsizetype, 2> VaultStore::packCandidates(const TrackedApp& app) const
 {
     const QList<AppShortcutPack>& apps = m_data.apps;
+    std::array<qsizetype, 2> found{-1, -1};
     if (app.bundleID) {
-        for (qsizetype i = 0; i < apps.size(); ++i) {
+        for (qsizetype i = 0; i < apps.size() && found[0] < 0; ++i) {
             if (apps[i].bundleID && *apps[i].bundleID == *app.bundleID)
-                return i;
+                found[0] = i;
         }
     }
     const QString name = app.name.toLower();
-    for (qsizetype i = 0; i < apps.size(); ++i) {
+    for (qsizetype i = 0; i < apps.size() && found[1] < 0; ++i) {
         if (apps[i].name.toLower() == name)
-            return i;
+            found[1] = i;
     }
-    return -1;
+    return found;
+}
+
+qsizetype VaultStore::packIndex(const TrackedApp& app) const
+{
+    const std::array<qsizetype, 2> candidates = packCandidates(app);
+    return candidates[0] >= 0 ? candidates[0] : candidates[1];
 }
 
 std::optional<AppShortcutPack> VaultStore::appPack(const TrackedApp& app) const
@@ -298,7 +297,6 @@ std::optional<AppShortcutPack> VaultStore::appPack(const TrackedApp& app) const
 std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& itemId,
                                                                const TrackedApp& app) const
 {
-    const QList<AppShortcutPack>& apps = m_data.apps;
     const auto findIn = [&itemId](const QList<ShortcutItem>& items) -> qsizetype {
         for (qsizetype i = 0; i < items.size(); ++i) {
             if (items[i].id() == itemId)
@@ -306,24 +304,12 @@ std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& it
         }
         return -1;
     };
-    if (app.bundleID) {
-        const auto pack = std::find_if(apps.begin(), apps.end(), [&app](const AppShortcutPack& p) {
-            return p.bundleID && *p.bundleID == *app.bundleID;
-        });
-        if (pack != apps.end()) {
-            const qsizetype item = findIn(pack->shortcuts);
-            if (item >= 0)
-                return ItemLocation{pack - apps.begin(), item};
-        }
-    }
-    const QString name = app.name.toLower();
-    const auto pack = std::find_if(apps.begin(), apps.end(), [&name](const AppShortcutPack& p) {
-        return p.name.toLower() == name;
-    });
-    if (pack != apps.end()) {
-        const qsizetype item = findIn(pack->shortcuts);
+    for (const qsizetype pack : packCandidates(app)) {
+        if (pack < 0)
+            continue;
+        const qsizetype item = findIn(m_data.apps[pack].shortcuts);
         if (item >= 0)
-            return ItemLocation{pack - apps.begin(), item};
+            return ItemLocation{pack, item};
     }
     const qsizetype item = findIn(m_data.global);
     if (item >= 0)
@@ -372,11 +358,8 @@ QList<VaultShortcutRow> VaultStore::allShortcutRows() const
     packs.reserve(m_data.apps.size());
     for (const AppShortcutPack& pack : m_data.apps)
         packs.append(&pack);
-    const QCollator collator = VaultOrder::nameCollator();
-    std::stable_sort(packs.begin(), packs.end(),
-                     [&collator](const AppShortcutPack* a, const AppShortcutPack* b) {
-                         return collator.compare(a->name, b->name) < 0;
-                     });
+    VaultOrder::sortByName(
+        packs, [](const AppShortcutPack* pack) -> const QString& { return pack->name; });
     for (const AppShortcutPack* pack : packs) {
         for (const ShortcutItem& item : pack->shortcuts)
             rows.append(VaultShortcutRow{pack->name, pack->bundleID, item});
@@ -397,18 +380,15 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
         publishDataChange();
     }
 
-    const auto keyOf = [](const ShortcutItem& item) {
-        return item.name.toLower() + QLatin1Char('|') + item.chord.toLower();
-    };
     QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
     QSet<QString> keys;
     keys.reserve(shortcuts.size() + scanned.size());
     for (const ShortcutItem& item : shortcuts)
-        keys.insert(keyOf(item));
+        keys.insert(item.dedupeKey());
 
     qsizetype added = 0;
     for (const ShortcutItem& item : scanned) {
-        const QString key = keyOf(item);
+        const QString key = item.dedupeKey();
         if (keys.contains(key))
             continue;
         keys.insert(key);
@@ -424,12 +404,6 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
 
     persistQuietly();
     return added;
-}
-
-bool VaultStore::isScanned(const ShortcutItem& item)
-{
-    return (item.source && *item.source == QStringLiteral("scanned-menu")) ||
-           (item.tags && item.tags->contains(QStringLiteral("scanned")));
 }
 
 const PreparedShortcutList& VaultStore::preparedItems(qsizetype packIndex) const
@@ -451,7 +425,7 @@ const std::array<QList<qsizetype>, 3>& VaultStore::packParts(qsizetype packIndex
         const QList<ShortcutItem>& shortcuts = m_data.apps[packIndex].shortcuts;
         for (qsizetype i = 0; i < shortcuts.size(); ++i) {
             const ShortcutItem& item = shortcuts[i];
-            parts[item.isFavorite() ? 0 : isScanned(item) ? 2 : 1].append(i);
+            parts[item.isFavorite() ? 0 : item.isScanned() ? 2 : 1].append(i);
         }
         found = m_packParts.insert(packIndex, std::move(parts));
     }
@@ -471,11 +445,10 @@ QList<ShortcutSection> VaultStore::sections(const TrackedApp& app) const
         qsizetype list;
         QList<qsizetype> items;
     };
-    QList<Candidate> candidates{
-        {QStringLiteral("Favorites for ") + title, index, {}},
-        {title + QStringLiteral(" shortcuts"), index, {}},
-        {QStringLiteral("Discovered from ") + title + QStringLiteral(" menus"), index, {}},
-        {globalSectionTitle(), -1, {}}};
+    QList<Candidate> candidates{{QStringLiteral("Favorites for %1").arg(title), index, {}},
+                                {QStringLiteral("%1 shortcuts").arg(title), index, {}},
+                                {QStringLiteral("Discovered from %1 menus").arg(title), index, {}},
+                                {globalSectionTitle(), -1, {}}};
     if (index >= 0) {
         const std::array<QList<qsizetype>, 3>& parts = packParts(index);
         for (std::size_t part = 0; part < parts.size(); ++part)

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "common/Expected.h"
 #include "context/TrackedApp.h"
 #include "vault/AppShortcutPack.h"
 #include "vault/PreparedShortcutList.h"
 #include "vault/ShortcutItem.h"
 #include "vault/ShortcutSection.h"
-#include "vault/VaultCodec.h"
 #include "vault/VaultData.h"
 #include "vault/VaultShortcutRow.h"
 
@@ -94,9 +94,6 @@ public:
 
     /// Title of the section holding the global list, also the app name of its rows.
     static QString globalSectionTitle();
-    /// Whether an item came from a menu scan: its source is "scanned-menu" or it is tagged
-    /// "scanned".
-    static bool isScanned(const ShortcutItem& item);
 
 signals:
     void dataChanged();
@@ -110,12 +107,21 @@ private:
         qsizetype item = -1;
     };
 
-    std::optional<QString> bootstrapIfNeeded();
-    VaultCodec::DecodeResult loadSeedData() const;
-    VaultCodec::DecodeResult readVault(const QString& filePath) const;
-    std::optional<QString> writeDataFile(const QByteArray& bytes);
-    std::optional<QString> keepDamagedCopy();
+    Expected<void> bootstrapIfNeeded();
+    /// The seed vault, its global list in vault order (the built-in stand-in is taken as it is).
+    Expected<VaultData> loadSeedData() const;
+    /// The vault in `filePath`, its global list in vault order.
+    Expected<VaultData> readVault(const QString& filePath) const;
+    Expected<void> writeDataFile(const QByteArray& bytes);
+    Expected<void> keepDamagedCopy();
+    /// Puts a vault just read in place of `data`, with `writeFirst` only once the data file
+    /// holds it. A failure leaves `data` and the file as they were and becomes lastError.
+    void replaceData(Expected<VaultData> loaded, bool writeFirst);
 
+    /// The packs that stand for `app`, in the order they are tried: the first with its bundle
+    /// id, then the first with its name (case-insensitive); -1 where there is none.
+    std::array<qsizetype, 2> packCandidates(const TrackedApp& app) const;
+    /// The pack of `app`: the first of packCandidates() that exists, or -1.
     qsizetype packIndex(const TrackedApp& app) const;
     std::optional<ItemLocation> locateItem(const QString& itemId, const TrackedApp& app) const;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/atspi/AtspiKeyBinding.h"
 
-#include "scan/AppMenuScanner.h"
+#include "scan/MenuReader.h"
 
 #include <QHash>
 #include <QStringList>
@@ -134,10 +134,10 @@ QString displayOfChord(const ParsedChord& chord)
     const MenuKeyEquivalent key = equivalentOf(chord);
     QString symbol;
     if (key.virtualKey)
-        symbol = AppMenuScanner::virtualKeySymbol(*key.virtualKey).value_or(chord.keyName);
+        symbol = MenuReader::virtualKeySymbol(*key.virtualKey).value_or(chord.keyName);
     else
-        symbol = AppMenuScanner::normalizedKey(key.character.value_or(chord.keyName));
-    return AppMenuScanner::displayChord(symbol, key.modifiers);
+        symbol = MenuReader::normalizedKey(key.character.value_or(chord.keyName));
+    return MenuReader::displayChord(symbol, key.modifiers);
 }
 
 // True when every ";" of `binding` is a key of its own ("Ctrl+;", ";", "Ctrl+K, Ctrl+;"): Qt's

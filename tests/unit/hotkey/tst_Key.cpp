@@ -24,6 +24,7 @@ private Q_SLOTS:
     void fromString_data();
     void fromString();
     void descriptionsAreNotEmpty();
+    void chordAndMenuNamesCoverTheirKeysOnly();
 };
 
 void TestKey::hasAllKeysWithDistinctCodes()
@@ -359,6 +360,39 @@ void TestKey::descriptionsAreNotEmpty()
         QVERIFY2(!HotKey::keyDescription(key).isEmpty(), qPrintable(HotKey::keyName(key)));
     QCOMPARE(HotKey::keyDescription(Key::k), QStringLiteral("K"));
     QCOMPARE(HotKey::keyDescription(Key::f5), QStringLiteral("F5"));
+}
+
+void TestKey::chordAndMenuNamesCoverTheirKeysOnly()
+{
+    QStringList chordNamed;
+    QStringList menuNamed;
+    for (Key key : HotKey::allKeys()) {
+        if (const std::optional<QString> name = HotKey::chordKeyName(key)) {
+            QVERIFY2(!name->isEmpty(), qPrintable(HotKey::keyName(key)));
+            chordNamed.append(HotKey::keyName(key));
+        }
+        if (const std::optional<QString> name = HotKey::menuKeyName(key)) {
+            QVERIFY2(!name->isEmpty(), qPrintable(HotKey::keyName(key)));
+            menuNamed.append(HotKey::keyName(key));
+        }
+    }
+    // Letters, digits, Return, Tab, Space, Escape and the four arrows.
+    QCOMPARE(chordNamed.size(), 26 + 10 + 4 + 4);
+    // Return and keypad Enter, Tab, Space, Delete and forward Delete, Escape, F1 to F12,
+    // Home, End, Page Up, Page Down and the four arrows.
+    QCOMPARE(menuNamed.size(), 7 + 12 + 4 + 4);
+
+    QCOMPARE(HotKey::chordKeyName(Key::q), std::optional<QString>(QStringLiteral("Q")));
+    QCOMPARE(HotKey::chordKeyName(Key::seven), std::optional<QString>(QStringLiteral("7")));
+    QCOMPARE(HotKey::chordKeyName(Key::escape), std::optional<QString>(QStringLiteral("Esc")));
+    QCOMPARE(HotKey::chordKeyName(Key::f5), std::nullopt);
+    QCOMPARE(HotKey::menuKeyName(Key::keypadEnter),
+             std::optional<QString>(QStringLiteral("Return")));
+    QCOMPARE(HotKey::menuKeyName(Key::forwardDelete),
+             std::optional<QString>(QStringLiteral("Delete")));
+    QCOMPARE(HotKey::menuKeyName(Key::pageDown),
+             std::optional<QString>(QStringLiteral("Page Down")));
+    QCOMPARE(HotKey::menuKeyName(Key::q), std::nullopt);
 }
 
 QTEST_GUILESS_MAIN(TestKey)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Key bindings as GTK and Qt report them, turned into menu keyboard equivalents and chords.
 #include "platform/atspi/AtspiKeyBinding.h"
-#include "scan/AppMenuScanner.h"
+#include "scan/MenuReader.h"
 
 #include <QTest>
 
@@ -19,13 +19,12 @@ class TestAtspiKeyBinding : public QObject
             return QStringLiteral("-");
         QString symbol;
         if (key->character && !key->character->isEmpty())
-            symbol = AppMenuScanner::normalizedKey(*key->character);
+            symbol = MenuReader::normalizedKey(*key->character);
         else if (key->virtualKey)
-            symbol =
-                AppMenuScanner::virtualKeySymbol(*key->virtualKey).value_or(QStringLiteral("?"));
+            symbol = MenuReader::virtualKeySymbol(*key->virtualKey).value_or(QStringLiteral("?"));
         else
             return QStringLiteral("?");
-        return AppMenuScanner::displayChord(symbol, key->modifiers);
+        return MenuReader::displayChord(symbol, key->modifiers);
     }
 
 private Q_SLOTS:
@@ -173,7 +172,7 @@ private Q_SLOTS:
         QFETCH(int, code);
         QCOMPARE(AtspiKeyBinding::virtualKeyForKeysymName(keysym), std::optional<int>(code));
         // Every code handed out has a symbol in the scanner's table.
-        QVERIFY(AppMenuScanner::virtualKeySymbol(code));
+        QVERIFY(MenuReader::virtualKeySymbol(code));
     }
 
     void modifierMask()

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading menu trees into shortcuts: key names, chords, the walk, paths and duplicates.
 #include "FakeAccessibilityElement.h"
-#include "FakeAccessibilityTrust.h"
-#include "FakeAlertPresenter.h"
-#include "FakeWorkspace.h"
-#include "scan/AppMenuScanner.h"
+#include "scan/MenuReader.h"
 
 #include <QTest>
 
@@ -15,26 +12,10 @@ class TestMenuReader : public QObject
 {
     Q_OBJECT
 
-    FakeWorkspace workspace;
-    FakeAccessibilityTrust trust;
-    FakeAccessibilityElementFactory elements;
-    FakeAlertPresenter alerts;
-
-    AppMenuScanner makeScanner() { return AppMenuScanner(workspace, trust, elements, alerts); }
-
-    // Scans an application with the given top-level menus and returns its shortcuts.
-    QList<ShortcutItem> scanMenus(const QList<FakeElementPtr>& menus)
+    // Reads a menu bar with the given top-level menus and returns its shortcuts.
+    static QList<ShortcutItem> scanMenus(const QList<FakeElementPtr>& menus)
     {
-        workspace.apps = {
-            makeApp(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"), 42)};
-        elements.applications.insert(42, makeApplication(menus));
-        AppMenuScanner scanner(workspace, trust, elements, alerts);
-        const ScanOutcome outcome = scanner.scan(
-            TrackedApp{QStringLiteral("Editor"), QStringLiteral("org.example.Editor")});
-        const auto* result = std::get_if<ScanResult>(&outcome);
-        if (!result)
-            return {};
-        return result->shortcuts;
+        return MenuReader::readMenuBar(makeMenu(QVariant(), menus));
     }
 
     static QStringList chords(const QList<ShortcutItem>& items)
@@ -83,7 +64,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, input);
         QFETCH(QString, expected);
-        QCOMPARE(AppMenuScanner::normalizedKey(input), expected);
+        QCOMPARE(MenuReader::normalizedKey(input), expected);
     }
 
     void virtualKeySymbol_data()
@@ -119,7 +100,7 @@ private Q_SLOTS:
     {
         QFETCH(int, code);
         QFETCH(QString, expected);
-        const std::optional<QString> symbol = AppMenuScanner::virtualKeySymbol(code);
+        const std::optional<QString> symbol = MenuReader::virtualKeySymbol(code);
         if (expected.isEmpty())
             QVERIFY2(!symbol, qPrintable(symbol.value_or(QString())));
         else
@@ -130,7 +111,7 @@ private Q_SLOTS:
     {
         int withSymbol = 0;
         for (int code = -10; code < 300; ++code) {
-            if (AppMenuScanner::virtualKeySymbol(code))
+            if (MenuReader::virtualKeySymbol(code))
                 ++withSymbol;
         }
         QCOMPARE(withSymbol, 27);
@@ -156,7 +137,7 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(int, modifiers);
         QFETCH(QString, expected);
-        QCOMPARE(AppMenuScanner::displayChord(key, modifiers), expected);
+        QCOMPARE(MenuReader::displayChord(key, modifiers), expected);
     }
 
     void discoveredItemHasEveryField()
@@ -244,7 +225,7 @@ private Q_SLOTS:
             QStringLiteral("copy"), QStringLiteral("⌘ c"), {}, QStringLiteral("two"), {}, {}, {}};
         ShortcutItem c{
             QStringLiteral("Copy"), QStringLiteral("⌥ C"), {}, QStringLiteral("three"), {}, {}, {}};
-        QCOMPARE(AppMenuScanner::dedupe({a, b, c}), QList<ShortcutItem>({a, c}));
+        QCOMPARE(MenuReader::dedupe({a, b, c}), QList<ShortcutItem>({a, c}));
     }
 
     void emptyTopLevelTitleGivesTheDefaultMenu()
@@ -323,21 +304,19 @@ private Q_SLOTS:
 
     void shortcutItemUsesThePathGiven()
     {
-        AppMenuScanner scanner = makeScanner();
         auto item = makeItem(QStringLiteral("Print"), QStringLiteral("p"));
-        const auto result = scanner.shortcutItem(
+        const auto result = MenuReader::shortcutItem(
             item, {QStringLiteral("File"), QString(), QStringLiteral("Print")});
         QVERIFY(result);
         QCOMPARE(result->menu, std::optional<QString>(QStringLiteral("File")));
-        QVERIFY(!scanner.shortcutItem(makeItem(QStringLiteral("Plain"), QString()), {}));
+        QVERIFY(!MenuReader::shortcutItem(makeItem(QStringLiteral("Plain"), QString()), {}));
     }
 
-    void scanMenuElementPutsTheElementFirst()
+    void readMenuElementPutsTheElementFirst()
     {
-        AppMenuScanner scanner = makeScanner();
         auto parent = makeItem(QStringLiteral("Parent"), QStringLiteral("p"));
         parent->setChildren({makeItem(QStringLiteral("Child"), QStringLiteral("c"))});
-        const auto items = scanner.scanMenuElement(parent, {QStringLiteral("Top")});
+        const auto items = MenuReader::readMenuElement(parent, {QStringLiteral("Top")});
         QCOMPARE(chords(items), QStringList({QStringLiteral("Parent = ⌘ P @ Top"),
                                              QStringLiteral("Child = ⌘ C @ Top")}));
     }

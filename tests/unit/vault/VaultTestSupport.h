@@ -15,6 +15,14 @@
 
 namespace VaultTestSupport {
 
+/// The error of a failed result, or an empty text for a success: for the messages of QVERIFY2,
+/// which reads its message whether the check holds or not.
+template <typename T>
+QString errorText(const Tessaline::Expected<T>& result)
+{
+    return result ? QString() : result.error();
+}
+
 /// Up to `maxLength` of `pieces`, drawn at random and joined: small alphabets of tricky
 /// characters make the collisions that random tests are after.
 inline QString randomText(QRandomGenerator& random, const QStringList& pieces, int maxLength)

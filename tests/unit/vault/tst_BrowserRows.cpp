@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "BrowserRows.h"
 #include "VaultTestSupport.h"
 
-#include "vault/BrowserRows.h"
 #include "vault/VaultBrowserIndex.h"
 #include "vault/VaultStore.h"
 

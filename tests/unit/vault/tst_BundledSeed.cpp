@@ -42,11 +42,11 @@ private slots:
 private:
     VaultData seed()
     {
-        const VaultCodec::DecodeResult result = VaultCodec::decode(
+        const Expected<VaultData> result = VaultCodec::decode(
             readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
         if (!result)
-            qWarning("%s", qPrintable(result.error));
-        return result.data.value_or(VaultData{});
+            qWarning("%s", qPrintable(VaultTestSupport::errorText(result)));
+        return result.value_or(VaultData{});
     }
 };
 
@@ -74,11 +74,11 @@ void TestBundledSeed::chordForm()
 
 void TestBundledSeed::seedDecodes()
 {
-    const VaultCodec::DecodeResult result = VaultCodec::decode(
+    const Expected<VaultData> result = VaultCodec::decode(
         readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
-    QVERIFY2(result, qPrintable(result.error));
-    QVERIFY(result.data->global.size() >= 5);
-    QVERIFY(result.data->apps.size() >= 10);
+    QVERIFY2(result, qPrintable(VaultTestSupport::errorText(result)));
+    QVERIFY(result->global.size() >= 5);
+    QVERIFY(result->apps.size() >= 10);
 }
 
 void TestBundledSeed::everyChordIsInDisplayForm()

@@ -69,10 +69,10 @@ private:
 
     static VaultData bundledSeed()
     {
-        VaultCodec::DecodeResult seed = VaultCodec::decode(
+        Expected<VaultData> seed = VaultCodec::decode(
             readFile(QStringLiteral(TESSALINE_SOURCE_DIR "/resources/keybinds.json")));
-        VaultOrder::sort(seed.data->global);
-        return *seed.data;
+        VaultOrder::sort(seed->global);
+        return *seed;
     }
 
     std::optional<QTemporaryDir> m_dir;
@@ -156,7 +156,7 @@ void TestVaultCli::importRejectsAnInvalidFileAndAcceptsAValidOne()
         R"({"global": [{"name": "b", "chord": "B"}, {"name": "a", "chord": "A"}], "apps": []})"));
     result = run({QStringLiteral("import"), file});
     QCOMPARE(result.exitCode, 0);
-    const VaultData imported = *VaultCodec::decode(readFile(m_vault)).data;
+    const VaultData imported = *VaultCodec::decode(readFile(m_vault));
     QCOMPARE(names(imported.global), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
     QVERIFY(imported.apps.isEmpty());
 }
@@ -182,7 +182,7 @@ void TestVaultCli::favoriteTogglesAndIsWritten()
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.out, QStringLiteral("Save (⌃ S) is now a favorite\n"));
     const auto kateSave = [this] {
-        const VaultData data = *VaultCodec::decode(readFile(m_vault)).data;
+        const VaultData data = *VaultCodec::decode(readFile(m_vault));
         for (const AppShortcutPack& pack : data.apps) {
             if (pack.bundleID == QStringLiteral("org.kde.kate")) {
                 for (const ShortcutItem& entry : pack.shortcuts) {

@@ -1,12 +1,32 @@
 // SPDX-License-Identifier: MIT
+#include "VaultTestSupport.h"
+
 #include "vault/VaultCodec.h"
+#include "vault/VaultKeyPath.h"
+#include "vault/VaultTreeReader.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QJsonParseError>
 #include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Tessaline;
+
+namespace {
+
+// The reference the codec's byte reader is checked against: QJsonDocument's parse, then the
+// tree reader.
+Expected<VaultData> decodeTree(const QByteArray& json)
+{
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
+    if (parseError.error != QJsonParseError::NoError)
+        return Unexpected(VaultKeyPath::syntaxError(parseError));
+    return VaultTreeReader::read(document);
+}
+
+} // namespace
 
 class TestVaultCodec : public QObject
 {
@@ -88,22 +108,21 @@ void TestVaultCodec::invalidDocumentsFailWithTheirPlace()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, error);
-    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    const Expected<VaultData> result = VaultCodec::decode(json);
     QVERIFY(!result);
-    QVERIFY(!result.data.has_value());
-    QCOMPARE(result.error, error);
+    QCOMPARE(result.error(), error);
 }
 
 void TestVaultCodec::syntaxErrorNamesTheByteOffset()
 {
     const QByteArray json = R"({"global": [], "apps": [} )";
-    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+    const Expected<VaultData> result = VaultCodec::decode(json);
     QVERIFY(!result);
-    QVERIFY2(result.error.startsWith(QStringLiteral("syntax error at byte offset ")),
-             qPrintable(result.error));
+    QVERIFY2(result.error().startsWith(QStringLiteral("syntax error at byte offset ")),
+             qPrintable(VaultTestSupport::errorText(result)));
     bool ok = false;
-    const int offset = result.error.section(QLatin1Char(' '), 5, 5).chopped(1).toInt(&ok);
-    QVERIFY2(ok, qPrintable(result.error));
+    const int offset = result.error().section(QLatin1Char(' '), 5, 5).chopped(1).toInt(&ok);
+    QVERIFY2(ok, qPrintable(VaultTestSupport::errorText(result)));
     QVERIFY(offset > 20 && offset <= json.size());
 }
 
@@ -112,15 +131,15 @@ void TestVaultCodec::nullOptionalsReadAsAbsentAndAreNotWritten()
     const QByteArray json = R"({"_comment": null, "global": [{"name": "a", "chord": "b",
         "favorite": null, "menu": null, "tags": null, "note": null, "source": null}],
         "apps": [{"name": "A", "bundleID": null, "shortcuts": []}]})";
-    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
-    QVERIFY2(result, qPrintable(result.error));
-    const ShortcutItem& entry = result.data->global.at(0);
+    const Expected<VaultData> result = VaultCodec::decode(json);
+    QVERIFY2(result, qPrintable(VaultTestSupport::errorText(result)));
+    const ShortcutItem& entry = result->global.at(0);
     QVERIFY(!entry.favorite.has_value());
     QVERIFY(!entry.menu && !entry.tags && !entry.note && !entry.source);
-    QVERIFY(!result.data->comment.has_value());
-    QVERIFY(!result.data->apps.at(0).bundleID.has_value());
+    QVERIFY(!result->comment.has_value());
+    QVERIFY(!result->apps.at(0).bundleID.has_value());
 
-    const QByteArray written = VaultCodec::encode(*result.data);
+    const QByteArray written = VaultCodec::encode(*result);
     QVERIFY(!written.contains("null"));
     QVERIFY(!written.contains("favorite"));
     QVERIFY(!written.contains("bundleID"));
@@ -132,19 +151,18 @@ void TestVaultCodec::readsEveryField()
     const QByteArray json = R"({"_comment": "hi", "global": [{"name": "a", "chord": "b",
         "favorite": true, "menu": "m", "tags": ["t1", "t2"], "note": "n", "source": "s"}],
         "apps": [{"name": "A", "bundleID": "org.example.A", "shortcuts": [{"name": "x", "chord": "y"}]}]})";
-    const VaultCodec::DecodeResult result = VaultCodec::decode(json);
-    QVERIFY2(result, qPrintable(result.error));
-    const ShortcutItem& entry = result.data->global.at(0);
-    QCOMPARE(result.data->comment, std::optional<QString>(QStringLiteral("hi")));
+    const Expected<VaultData> result = VaultCodec::decode(json);
+    QVERIFY2(result, qPrintable(VaultTestSupport::errorText(result)));
+    const ShortcutItem& entry = result->global.at(0);
+    QCOMPARE(result->comment, std::optional<QString>(QStringLiteral("hi")));
     QCOMPARE(entry.favorite, std::optional<bool>(true));
     QCOMPARE(entry.menu, std::optional<QString>(QStringLiteral("m")));
     QCOMPARE(entry.tags,
              std::optional<QStringList>(QStringList{QStringLiteral("t1"), QStringLiteral("t2")}));
     QCOMPARE(entry.note, std::optional<QString>(QStringLiteral("n")));
     QCOMPARE(entry.source, std::optional<QString>(QStringLiteral("s")));
-    QCOMPARE(result.data->apps.at(0).bundleID,
-             std::optional<QString>(QStringLiteral("org.example.A")));
-    QCOMPARE(result.data->apps.at(0).shortcuts.at(0).chord, QStringLiteral("y"));
+    QCOMPARE(result->apps.at(0).bundleID, std::optional<QString>(QStringLiteral("org.example.A")));
+    QCOMPARE(result->apps.at(0).shortcuts.at(0).chord, QStringLiteral("y"));
 }
 
 void TestVaultCodec::roundTripSortsKeysDropsNullsAndUnknownKeysKeepsOrder()
@@ -154,8 +172,8 @@ void TestVaultCodec::roundTripSortsKeysDropsNullsAndUnknownKeysKeepsOrder()
         {"name": "Alpha", "chord": "⌃ A", "favorite": false, "note": "see a/b"}],
       "apps": [{"shortcuts": [], "name": "Files", "bundleID": "org.gnome.Nautilus", "color": "red"}],
       "_comment": "Made by hand"})";
-    const VaultCodec::DecodeResult result = VaultCodec::decode(input);
-    QVERIFY2(result, qPrintable(result.error));
+    const Expected<VaultData> result = VaultCodec::decode(input);
+    QVERIFY2(result, qPrintable(VaultTestSupport::errorText(result)));
     const QByteArray expected = R"({
   "_comment" : "Made by hand",
   "apps" : [
@@ -183,7 +201,7 @@ void TestVaultCodec::roundTripSortsKeysDropsNullsAndUnknownKeysKeepsOrder()
   ]
 }
 )";
-    QCOMPARE(VaultCodec::encode(*result.data), expected);
+    QCOMPARE(VaultCodec::encode(*result), expected);
 }
 
 void TestVaultCodec::writesRequiredKeysAndEmptyArrays()
@@ -226,11 +244,11 @@ void TestVaultCodec::loneSurrogatesStayInTheirOwnString()
     data.global.append(entry);
     const QByteArray written = VaultCodec::encode(data);
     QVERIFY(!written.contains(QStringLiteral("😀").toUtf8()));
-    const VaultCodec::DecodeResult back = VaultCodec::decode(written);
-    QVERIFY2(back, qPrintable(back.error));
-    QCOMPARE(back.data->global.first().name, QStringLiteral("Emoji \uFFFD"));
-    QCOMPARE(back.data->global.first().note, QStringLiteral("\uFFFD face"));
-    QCOMPARE(back.data->global.first().chord, QStringLiteral("⌘ E"));
+    const Expected<VaultData> back = VaultCodec::decode(written);
+    QVERIFY2(back, qPrintable(VaultTestSupport::errorText(back)));
+    QCOMPARE(back->global.first().name, QStringLiteral("Emoji \uFFFD"));
+    QCOMPARE(back->global.first().note, QStringLiteral("\uFFFD face"));
+    QCOMPARE(back->global.first().chord, QStringLiteral("⌘ E"));
 }
 
 void TestVaultCodec::encodedOutputDecodesToTheSameData()
@@ -247,9 +265,9 @@ void TestVaultCodec::encodedOutputDecodesToTheSameData()
         {ShortcutItem{QStringLiteral("Save"), QStringLiteral("⌃ S"), {}, {}, {}, {}, {}}}});
     data.apps.append(AppShortcutPack{QStringLiteral("NoId"), std::nullopt, {}});
     const QByteArray written = VaultCodec::encode(data);
-    const VaultCodec::DecodeResult back = VaultCodec::decode(written);
-    QVERIFY2(back, qPrintable(back.error));
-    QCOMPARE(*back.data, data);
+    const Expected<VaultData> back = VaultCodec::decode(written);
+    QVERIFY2(back, qPrintable(VaultTestSupport::errorText(back)));
+    QCOMPARE(*back, data);
     // Another JSON reader agrees that the output is valid JSON.
     QJsonParseError error;
     QJsonDocument::fromJson(written, &error);
@@ -258,10 +276,10 @@ void TestVaultCodec::encodedOutputDecodesToTheSameData()
 
 void TestVaultCodec::acceptsAnyWhitespace()
 {
-    const VaultCodec::DecodeResult result =
+    const Expected<VaultData> result =
         VaultCodec::decode("\r\n\t{\"apps\":[],\n\n\"global\"   :\t[ ]  }  \n");
-    QVERIFY2(result, qPrintable(result.error));
-    QCOMPARE(*result.data, VaultData::empty());
+    QVERIFY2(result, qPrintable(VaultTestSupport::errorText(result)));
+    QCOMPARE(*result, VaultData::empty());
 }
 
 void TestVaultCodec::invalidUtf8IsASyntaxError()
@@ -269,11 +287,11 @@ void TestVaultCodec::invalidUtf8IsASyntaxError()
     for (const QByteArray& json :
          {QByteArray("{\"global\": [], \"apps\": [], \"_comment\": \"\xff\"}"),
           QByteArray("{\"global\": [], \"apps\": [], \"\xc3\": 1}")}) {
-        const VaultCodec::DecodeResult result = VaultCodec::decode(json);
+        const Expected<VaultData> result = VaultCodec::decode(json);
         QVERIFY(!result);
-        QVERIFY2(result.error.startsWith(QStringLiteral("syntax error at byte offset")),
-                 qPrintable(result.error));
-        QCOMPARE(result.error, VaultCodec::decodeTree(json).error);
+        QVERIFY2(result.error().startsWith(QStringLiteral("syntax error at byte offset")),
+                 qPrintable(VaultTestSupport::errorText(result)));
+        QCOMPARE(result.error(), decodeTree(json).error());
     }
 }
 
@@ -381,14 +399,14 @@ void TestVaultCodec::readersAgreeOnRandomDocuments()
         if (chance(5))
             json.truncate(random.bounded(json.size()));
 
-        const VaultCodec::DecodeResult fast = VaultCodec::decode(json);
-        const VaultCodec::DecodeResult tree = VaultCodec::decodeTree(json);
+        const Expected<VaultData> fast = VaultCodec::decode(json);
+        const Expected<VaultData> tree = decodeTree(json);
         QVERIFY2(bool(fast) == bool(tree), json.constData());
         ++(fast ? accepted : refused);
         if (fast) {
-            QCOMPARE(*fast.data, *tree.data);
-        } else if (tree.error.startsWith(QStringLiteral("syntax error"))) {
-            QCOMPARE(fast.error, tree.error);
+            QCOMPARE(*fast, *tree);
+        } else if (tree.error().startsWith(QStringLiteral("syntax error"))) {
+            QCOMPARE(fast.error(), tree.error());
         }
     }
     qInfo("%d documents accepted, %d refused", accepted, refused);

@@ -74,7 +74,7 @@ private:
     }
     VaultData fileData(const VaultStore& store)
     {
-        return VaultCodec::decode(readFile(store.dataFilePath())).data.value_or(VaultData{});
+        return VaultCodec::decode(readFile(store.dataFilePath())).value_or(VaultData{});
     }
 
     std::optional<QTemporaryDir> m_dir;

@@ -94,7 +94,7 @@ void TestVaultStore::firstStartUsesTheFirstExistingSeed()
     QVERIFY(!store.lastError());
     QCOMPARE(names(store.data().global), (QStringList{QStringLiteral("A"), QStringLiteral("b")}));
     // The seed is written sorted and in the vault's own layout.
-    VaultData expected = *VaultCodec::decode(kOtherVault).data;
+    VaultData expected = *VaultCodec::decode(kOtherVault);
     VaultOrder::sort(expected.global);
     QCOMPARE(readFile(configuration.dataFilePath), VaultCodec::encode(expected));
 }
@@ -146,10 +146,9 @@ void TestVaultStore::invalidDataFileShowsFallbackAndIsKeptUntilTheNextEdit()
     // The next persisted edit replaces it.
     store.toggleFavorite(fallbackData().global.at(2), TrackedApp::placeholder());
     QVERIFY(!store.lastError());
-    const VaultCodec::DecodeResult written =
-        VaultCodec::decode(readFile(configuration.dataFilePath));
-    QVERIFY2(written, qPrintable(written.error));
-    QCOMPARE(written.data->global.at(2).favorite, std::optional<bool>(true));
+    const Expected<VaultData> written = VaultCodec::decode(readFile(configuration.dataFilePath));
+    QVERIFY2(written, qPrintable(VaultTestSupport::errorText(written)));
+    QCOMPARE(written->global.at(2).favorite, std::optional<bool>(true));
 }
 
 void TestVaultStore::damagedFileIsCopiedAsideBeforeItIsReplaced()

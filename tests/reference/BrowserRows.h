@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "vault/BrowserGroup.h"
 #include "vault/VaultShortcutRow.h"
 
 #include <QList>
@@ -8,16 +9,9 @@
 
 namespace Tessaline {
 
-/// One app's rows in the all-shortcuts browser.
-struct BrowserGroup
-{
-    QString name;
-    QList<VaultShortcutRow> rows;
-
-    friend bool operator==(const BrowserGroup&, const BrowserGroup&) = default;
-};
-
-/// The browser's filtering and grouping over the rows of VaultStore::allShortcutRows().
+/// The browser's filtering and grouping over the rows of VaultStore::allShortcutRows(), done
+/// the plain way at every call: what VaultBrowserIndex must give, and what it is measured
+/// against.
 namespace BrowserRows {
 
 /// The rows that the trimmed `query` finds by app name, bundle id or the shortcut's own

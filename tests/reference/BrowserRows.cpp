@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "vault/BrowserRows.h"
+#include "BrowserRows.h"
 
 #include "search/FuzzyMatch.h"
 #include "vault/ShortcutSearch.h"
@@ -45,22 +45,16 @@ QList<BrowserGroup> groupedRows(const QList<VaultShortcutRow>& rows)
         groups[*found].rows.append(row);
     }
 
-    const QCollator collator = VaultOrder::nameCollator();
-    for (BrowserGroup& group : groups) {
-        std::stable_sort(group.rows.begin(), group.rows.end(),
-                         [&collator](const VaultShortcutRow& a, const VaultShortcutRow& b) {
-                             return collator.compare(a.shortcut.name, b.shortcut.name) < 0;
-                         });
-    }
+    for (BrowserGroup& group : groups)
+        VaultOrder::sortByName(group.rows, [](const VaultShortcutRow& row) -> const QString& {
+            return row.shortcut.name;
+        });
+    // By name, with the global list ahead of every app.
+    VaultOrder::sortByName(groups,
+                           [](const BrowserGroup& group) -> const QString& { return group.name; });
     const QString global = VaultStore::globalSectionTitle();
-    std::stable_sort(groups.begin(), groups.end(),
-                     [&collator, &global](const BrowserGroup& a, const BrowserGroup& b) {
-                         const bool aGlobal = a.name == global;
-                         const bool bGlobal = b.name == global;
-                         if (aGlobal != bGlobal)
-                             return aGlobal;
-                         return collator.compare(a.name, b.name) < 0;
-                     });
+    std::stable_partition(groups.begin(), groups.end(),
+                          [&global](const BrowserGroup& group) { return group.name == global; });
     return groups;
 }
 
