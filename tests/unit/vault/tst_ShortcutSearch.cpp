@@ -4,7 +4,7 @@
 // and ranked exactly as the matcher alone does.
 #include "VaultTestSupport.h"
 #include "search/FuzzyMatch.h"
-#include "vault/BrowserRows.h"
+#include "BrowserRows.h"
 #include "vault/ChordText.h"
 #include "vault/PreparedShortcut.h"
 #include "vault/PreparedShortcutList.h"
