@@ -21,30 +21,30 @@ using namespace Tessaline;
 namespace {
 
 const QStringList kWords{
-    QStringLiteral("New"),      QStringLiteral("Slide"),     QStringLiteral("Save"),
-    QStringLiteral("As"),       QStringLiteral("Open"),      QStringLiteral("Close"),
-    QStringLiteral("Tab"),      QStringLiteral("Window"),    QStringLiteral("Find"),
-    QStringLiteral("Replace"),  QStringLiteral("Next"),      QStringLiteral("Previous"),
-    QStringLiteral("Zoom"),     QStringLiteral("In"),        QStringLiteral("Out"),
-    QStringLiteral("Toggle"),   QStringLiteral("Sidebar"),   QStringLiteral("Bookmark"),
-    QStringLiteral("Export"),   QStringLiteral("PDF"),       QStringLiteral("Print"),
-    QStringLiteral("Preview"),  QStringLiteral("Layer"),     QStringLiteral("Merge"),
-    QStringLiteral("Duplicate"), QStringLiteral("Selection"), QStringLiteral("Comment"),
-    QStringLiteral("Line"),     QStringLiteral("Go"),        QStringLiteral("to"),
-    QStringLiteral("Definition"), QStringLiteral("Reload"),  QStringLiteral("Page"),
-    QStringLiteral("Insert"),   QStringLiteral("Table"),     QStringLiteral("Format"),
-    QStringLiteral("Bold"),     QStringLiteral("Italic"),    QStringLiteral("Show"),
-    QStringLiteral("Hidden"),   QStringLiteral("Files"),     QStringLiteral("Folder"),
-    QStringLiteral("Terminal"), QStringLiteral("Split"),     QStringLiteral("View"),
-    QStringLiteral("Run"),      QStringLiteral("Debug"),     QStringLiteral("Step"),
-    QStringLiteral("Over"),     QStringLiteral("Résumé"),    QStringLiteral("Überblick")};
-const QStringList kMenus{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("View"),
-                         QStringLiteral("Go"), QStringLiteral("Tools"), QStringLiteral("Window"),
+    QStringLiteral("New"),        QStringLiteral("Slide"),     QStringLiteral("Save"),
+    QStringLiteral("As"),         QStringLiteral("Open"),      QStringLiteral("Close"),
+    QStringLiteral("Tab"),        QStringLiteral("Window"),    QStringLiteral("Find"),
+    QStringLiteral("Replace"),    QStringLiteral("Next"),      QStringLiteral("Previous"),
+    QStringLiteral("Zoom"),       QStringLiteral("In"),        QStringLiteral("Out"),
+    QStringLiteral("Toggle"),     QStringLiteral("Sidebar"),   QStringLiteral("Bookmark"),
+    QStringLiteral("Export"),     QStringLiteral("PDF"),       QStringLiteral("Print"),
+    QStringLiteral("Preview"),    QStringLiteral("Layer"),     QStringLiteral("Merge"),
+    QStringLiteral("Duplicate"),  QStringLiteral("Selection"), QStringLiteral("Comment"),
+    QStringLiteral("Line"),       QStringLiteral("Go"),        QStringLiteral("to"),
+    QStringLiteral("Definition"), QStringLiteral("Reload"),    QStringLiteral("Page"),
+    QStringLiteral("Insert"),     QStringLiteral("Table"),     QStringLiteral("Format"),
+    QStringLiteral("Bold"),       QStringLiteral("Italic"),    QStringLiteral("Show"),
+    QStringLiteral("Hidden"),     QStringLiteral("Files"),     QStringLiteral("Folder"),
+    QStringLiteral("Terminal"),   QStringLiteral("Split"),     QStringLiteral("View"),
+    QStringLiteral("Run"),        QStringLiteral("Debug"),     QStringLiteral("Step"),
+    QStringLiteral("Over"),       QStringLiteral("Résumé"),    QStringLiteral("Überblick")};
+const QStringList kMenus{QStringLiteral("File"), QStringLiteral("Edit"),  QStringLiteral("View"),
+                         QStringLiteral("Go"),   QStringLiteral("Tools"), QStringLiteral("Window"),
                          QStringLiteral("Help"), QStringLiteral("Format")};
-const QStringList kKeys{QStringLiteral("A"),   QStringLiteral("S"),   QStringLiteral("T"),
-                        QStringLiteral("W"),   QStringLiteral("N"),   QStringLiteral("F5"),
-                        QStringLiteral("Tab"), QStringLiteral("←"),   QStringLiteral("Return"),
-                        QStringLiteral("1"),   QStringLiteral("/"),   QStringLiteral("Page Down")};
+const QStringList kKeys{QStringLiteral("A"),   QStringLiteral("S"), QStringLiteral("T"),
+                        QStringLiteral("W"),   QStringLiteral("N"), QStringLiteral("F5"),
+                        QStringLiteral("Tab"), QStringLiteral("←"), QStringLiteral("Return"),
+                        QStringLiteral("1"),   QStringLiteral("/"), QStringLiteral("Page Down")};
 
 QString pick(QRandomGenerator& random, const QStringList& list)
 {
@@ -67,7 +67,8 @@ ShortcutItem makeItem(QRandomGenerator& random)
     if (random.bounded(2))
         item.menu = pick(random, kMenus) + QStringLiteral(" > ") + item.name;
     if (random.bounded(3) == 0)
-        item.note = QStringLiteral("Use it to ") + pick(random, kWords).toLower() + QStringLiteral(" quickly.");
+        item.note = QStringLiteral("Use it to ") + pick(random, kWords).toLower() +
+                    QStringLiteral(" quickly.");
     if (random.bounded(2))
         item.tags = QStringList{pick(random, kMenus).toLower(), pick(random, kWords).toLower()};
     if (random.bounded(10) == 0)
@@ -118,8 +119,9 @@ struct StoreFixture
     }
 };
 
-const QStringList kQueries{QStringLiteral("ns"), QStringLiteral("save as"), QStringLiteral("ctw"),
-                           QStringLiteral("zoom"), QStringLiteral("example"), QStringLiteral("qqq")};
+const QStringList kQueries{QStringLiteral("ns"),      QStringLiteral("save as"),
+                           QStringLiteral("ctw"),     QStringLiteral("zoom"),
+                           QStringLiteral("example"), QStringLiteral("qqq")};
 
 void setLocale()
 {
@@ -128,7 +130,8 @@ void setLocale()
 
 const VaultBrowserIndex& browserIndex()
 {
-    static const VaultBrowserIndex index(StoreFixture(makeVault(100000, 500)).store->allShortcutRows());
+    static const VaultBrowserIndex index(
+        StoreFixture(makeVault(100000, 500)).store->allShortcutRows());
     return index;
 }
 
@@ -219,7 +222,9 @@ void BM_LoadVault(benchmark::State& state)
         if (fixture.store->lastError())
             state.SkipWithError("reload failed");
     }
-    state.SetLabel(QStringLiteral("%1 bytes").arg(QFileInfo(fixture.store->dataFilePath()).size()).toStdString());
+    state.SetLabel(QStringLiteral("%1 bytes")
+                       .arg(QFileInfo(fixture.store->dataFilePath()).size())
+                       .toStdString());
 }
 BENCHMARK(BM_LoadVault)->Unit(benchmark::kMillisecond);
 
