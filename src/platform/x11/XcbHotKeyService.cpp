@@ -155,21 +155,21 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
                                                                      HotKey::HotKeyId id)
 {
     if (m_connection == nullptr)
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
     const auto keysym = XcbHotKeyKeysyms::keysym(carbonKeyCode);
     if (!keysym)
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
     Grab grab;
     grab.id = id;
     grab.modifiers = xModifiers(carbonModifiers);
     grab.keycodes = KeySymbols(m_connection).keycodes(*keysym);
     if (grab.keycodes.isEmpty())
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
 
     // This client holds each key and modifier set once.
     for (const auto& [reference, existing] : m_grabs) {
         if (existing.modifiers == grab.modifiers && existing.keycodes == grab.keycodes)
-            return {HotKey::Status::hotKeyExists, std::nullopt};
+            return Unexpected(HotKey::Status::hotKeyExists);
     }
 
     struct Pending
@@ -204,13 +204,13 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
         for (const Pending& request : granted)
             xcb_ungrab_key(m_connection, request.keycode, m_root, request.modifiers);
         xcb_flush(m_connection);
-        return {status, std::nullopt};
+        return Unexpected(status);
     }
 
     const Reference reference = m_nextReference++;
     m_grabs.emplace(reference, std::move(grab));
     updateFilter();
-    return {HotKey::Status::noError, reference};
+    return reference;
 }
 
 void XcbHotKeyService::ungrab(const Grab& grab)

@@ -237,7 +237,7 @@ void TestHotkeyManager::rebindUsesTheCurrentCombination()
 void TestHotkeyManager::refusedCombinationIsSilent()
 {
     m_service->decide = [](quint32, quint32, HotKey::HotKeyId) {
-        return HotKey::HotKeyService::Registration{-9878, std::nullopt};
+        return HotKey::HotKeyService::Registration(Tessaline::Unexpected(-9878));
     };
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     QSignalSpy messages(&manager, &HotkeyManager::registrationMessageChanged);
