@@ -7,6 +7,7 @@
 #include "CheatSheetModel.h"
 #include "FloatingPanel.h"
 #include "ListNavigator.h"
+#include "LogCategories.h"
 #include "MenuBarController.h"
 #include "SettingsModel.h"
 #include "coach/CoachTipController.h"
@@ -25,7 +26,6 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QLoggingCategory>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
@@ -34,9 +34,6 @@
 
 #include <chrono>
 #include <cmath>
-
-// Timings of the HUD, quiet unless QT_LOGGING_RULES enables them (the benchmarks do).
-Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
