@@ -10,6 +10,7 @@
 #include "LogCategories.h"
 #include "MenuBarController.h"
 #include "SettingsModel.h"
+#include "WindowPlacement.h"
 #include "coach/CoachTipController.h"
 #include "context/FrontmostAppTracker.h"
 #include "helpers/TextHelperService.h"
@@ -21,19 +22,16 @@
 #include "settings/DefaultsStore.h"
 #include "vault/VaultStore.h"
 
-#include <QCursor>
 #include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QScreen>
 #include <QTimer>
 #include <QUrl>
 
 #include <chrono>
-#include <cmath>
 
 namespace Tessaline {
 namespace {
@@ -172,7 +170,7 @@ void AppDelegate::showHUD()
                         std::chrono::duration_cast<std::chrono::microseconds>(now).count()));
         },
         Qt::SingleShotConnection);
-    center(*panel);
+    WindowPlacement::centerUnderMouse(*panel);
     panel->show();
     X11TaskbarHint::skipTaskbar(*panel);
     panel->raise();
@@ -306,30 +304,6 @@ void AppDelegate::performHelper(TextHelperAction action)
     closeHUD();
     if (m_textHelperService)
         m_textHelperService->perform(action);
-}
-
-QPoint AppDelegate::centeredOrigin(const QRectF& area, const QSizeF& size)
-{
-    // std::round rounds halves away from zero.
-    return QPoint(static_cast<int>(std::round(area.center().x() - size.width() * 0.5)),
-                  static_cast<int>(std::round(area.center().y() - size.height() * 0.5)));
-}
-
-QRectF AppDelegate::areaUnderMouse()
-{
-    const QPoint mouse = QCursor::pos();
-    for (QScreen* screen : QGuiApplication::screens()) {
-        if (screen->geometry().contains(mouse))
-            return screen->availableGeometry();
-    }
-    if (QScreen* primary = QGuiApplication::primaryScreen())
-        return primary->availableGeometry();
-    return QRectF(0, 0, 1440, 900);
-}
-
-void AppDelegate::center(QWindow& panel)
-{
-    panel.setPosition(centeredOrigin(areaUnderMouse(), panel.size()));
 }
 
 void AppDelegate::copyText(const QString& text)

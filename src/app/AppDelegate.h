@@ -6,15 +6,12 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QRectF>
-#include <QSizeF>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
 class QQmlEngine;
-class QWindow;
 
 namespace Tessaline {
 
@@ -88,15 +85,6 @@ public slots:
     void showOnboarding();
 
 public:
-    /// Where a panel of `size` goes to stand in the middle of `area`, rounded half away from
-    /// zero.
-    static QPoint centeredOrigin(const QRectF& area, const QSizeF& size);
-    /// The available area of the screen under the mouse, else of the primary screen, else
-    /// 1440 × 900 at the origin.
-    static QRectF areaUnderMouse();
-    /// Places a panel in the middle of the screen under the mouse.
-    static void center(QWindow& panel);
-
     VaultStore& store() const { return *m_store; }
     FrontmostAppTracker& frontmostAppTracker() const { return *m_frontmostAppTracker; }
     AppMenuScanner& menuScanner() const { return *m_menuScanner; }

@@ -16,6 +16,7 @@
 #include "ManualScheduler.h"
 #include "ShortcutListModel.h"
 #include "SymbolImageProvider.h"
+#include "WindowPlacement.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
@@ -128,7 +129,7 @@ private Q_SLOTS:
         QVERIFY(first->rootObject());
         QCOMPARE(first->size(), QSize(720, 560));
         QCOMPARE(first->position(),
-                 AppDelegate::centeredOrigin(AppDelegate::areaUnderMouse(), first->size()));
+                 WindowPlacement::centeredOrigin(WindowPlacement::areaUnderMouse(), first->size()));
         QCOMPARE(shown.count(), 1);
 
         m_delegate->toggleHUD();
