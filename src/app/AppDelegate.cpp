@@ -16,8 +16,8 @@
 #include "helpers/TextHelperService.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Clipboard.h"
+#include "platform/WindowHints.h"
 #include "platform/Workspace.h"
-#include "platform/x11/X11TaskbarHint.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
 #include "vault/VaultStore.h"
@@ -172,7 +172,7 @@ void AppDelegate::showHUD()
         Qt::SingleShotConnection);
     WindowPlacement::centerUnderMouse(*panel);
     panel->show();
-    X11TaskbarHint::skipTaskbar(*panel);
+    m_platform.windowHints.skipTaskbar(*panel);
     panel->raise();
     panel->requestActivate();
 

@@ -33,6 +33,7 @@ class Scheduler;
 class SystemKeyMonitor;
 class TextHelperService;
 class VaultStore;
+class WindowHints;
 class Workspace;
 
 /// The root of the running application: creates and owns every long-lived service, runs the
@@ -53,6 +54,7 @@ public:
         CoachTipPresenter& tipPresenter;
         Clipboard& clipboard;
         KeyInjector& keyInjector;
+        WindowHints& windowHints;
         const Clock& clock;
         Scheduler& scheduler;
         DefaultsStore& defaults;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/x11/X11TaskbarHint.h"
+#include "platform/x11/X11WindowHints.h"
 
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/XcbReply.h"
@@ -21,7 +21,7 @@ xcb_atom_t internAtom(xcb_connection_t* connection, const char* name)
 
 } // namespace
 
-void X11TaskbarHint::skipTaskbar(QWindow& window)
+void X11WindowHints::skipTaskbar(QWindow& window)
 {
     xcb_connection_t* connection = X11Connection::connection();
     if (!connection)
