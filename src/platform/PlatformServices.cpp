@@ -20,6 +20,8 @@
 #include "platform/x11/XTestKeyInjector.h"
 #include "platform/x11/XcbHotKeyService.h"
 
+#include <hotkey/HotKeysController.h>
+
 namespace Tessaline {
 namespace {
 
@@ -48,7 +50,13 @@ void addInertServices(PlatformServices& services)
 } // namespace
 
 PlatformServices::PlatformServices() = default;
-PlatformServices::~PlatformServices() = default;
+PlatformServices::~PlatformServices()
+{
+    // Hot keys that outlive these services must not reach them (an early return from main
+    // leaves the hot-key module pointing here).
+    if (hotKeys && HotKey::HotKeysController::service() == hotKeys.get())
+        HotKey::HotKeysController::setService(nullptr);
+}
 
 std::unique_ptr<PlatformServices> createPlatformServices()
 {

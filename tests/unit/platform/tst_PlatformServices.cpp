@@ -20,6 +20,7 @@ private Q_SLOTS:
     void offX11EveryServiceExists();
     void offX11NothingIsGrabbedOrInjected();
     void offX11HotKeysKeepTheirBoxWithoutAGrab();
+    void goneServicesLeaveTheHotKeyModule();
 };
 
 void TestPlatformServices::offX11EveryServiceExists()
@@ -84,8 +85,24 @@ void TestPlatformServices::offX11HotKeysKeepTheirBoxWithoutAGrab()
     QVERIFY(!box->carbonEventHotKey.has_value());
     QVERIFY(!HotKey::HotKeysController::isEventHandlerInstalled());
     hotKey.reset();
-    HotKey::HotKeysController::setService(nullptr);
     QCOMPARE(presses, 0);
+}
+
+void TestPlatformServices::goneServicesLeaveTheHotKeyModule()
+{
+    auto services = createPlatformServices();
+    HotKey::HotKeysController::setService(services->hotKeys.get());
+    services.reset();
+    QCOMPARE(HotKey::HotKeysController::service(), nullptr);
+
+    // Another service the module was given is left alone.
+    auto first = createPlatformServices();
+    auto second = createPlatformServices();
+    HotKey::HotKeysController::setService(second->hotKeys.get());
+    first.reset();
+    QCOMPARE(HotKey::HotKeysController::service(), second->hotKeys.get());
+    second.reset();
+    QCOMPARE(HotKey::HotKeysController::service(), nullptr);
 }
 
 QTEST_MAIN(TestPlatformServices)
