@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The tray application: reads its command line, builds the desktop services for the session,
-// hands them to the delegate and runs.
+// The tray application: builds the desktop services for the session, hands them to the
+// delegate and runs.
 #include "AppDelegate.h"
 #include "AppIconProvider.h"
 #include "CoachTipPanelPresenter.h"
@@ -11,7 +11,6 @@
 #include "settings/DefaultsStore.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QQmlEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -23,17 +22,7 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessaline"));
-    QApplication::setApplicationVersion(QStringLiteral(TESSALINE_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.tessaline.Tessaline"));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Keeps a vault of keyboard shortcuts and shows a cheat sheet for the application you "
-        "were just using."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.process(application);
-
     // Tessaline lives in the tray: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
