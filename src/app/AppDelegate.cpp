@@ -7,36 +7,31 @@
 #include "CheatSheetModel.h"
 #include "FloatingPanel.h"
 #include "ListNavigator.h"
+#include "LogCategories.h"
 #include "MenuBarController.h"
 #include "SettingsModel.h"
+#include "WindowPlacement.h"
 #include "coach/CoachTipController.h"
 #include "context/FrontmostAppTracker.h"
 #include "helpers/TextHelperService.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Clipboard.h"
+#include "platform/WindowHints.h"
 #include "platform/Workspace.h"
-#include "platform/x11/X11TaskbarHint.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
 #include "vault/VaultStore.h"
 
-#include <QCursor>
 #include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QLoggingCategory>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QScreen>
 #include <QTimer>
 #include <QUrl>
 
 #include <chrono>
-#include <cmath>
-
-// Timings of the HUD, quiet unless QT_LOGGING_RULES enables them (the benchmarks do).
-Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
@@ -176,9 +171,9 @@ void AppDelegate::showHUD()
                         std::chrono::duration_cast<std::chrono::microseconds>(now).count()));
         },
         Qt::SingleShotConnection);
-    center(*panel);
+    WindowPlacement::centerUnderMouse(*panel);
     panel->show();
-    X11TaskbarHint::skipTaskbar(*panel);
+    m_platform.windowHints.skipTaskbar(*panel);
     panel->raise();
     panel->requestActivate();
 
@@ -310,30 +305,6 @@ void AppDelegate::performHelper(TextHelperAction action)
     closeHUD();
     if (m_textHelperService)
         m_textHelperService->perform(action);
-}
-
-QPoint AppDelegate::centeredOrigin(const QRectF& area, const QSizeF& size)
-{
-    // std::round rounds halves away from zero.
-    return QPoint(static_cast<int>(std::round(area.center().x() - size.width() * 0.5)),
-                  static_cast<int>(std::round(area.center().y() - size.height() * 0.5)));
-}
-
-QRectF AppDelegate::areaUnderMouse()
-{
-    const QPoint mouse = QCursor::pos();
-    for (QScreen* screen : QGuiApplication::screens()) {
-        if (screen->geometry().contains(mouse))
-            return screen->availableGeometry();
-    }
-    if (QScreen* primary = QGuiApplication::primaryScreen())
-        return primary->availableGeometry();
-    return QRectF(0, 0, 1440, 900);
-}
-
-void AppDelegate::center(QWindow& panel)
-{
-    panel.setPosition(centeredOrigin(areaUnderMouse(), panel.size()));
 }
 
 void AppDelegate::copyText(const QString& text)

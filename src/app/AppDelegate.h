@@ -6,15 +6,12 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QRectF>
-#include <QSizeF>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
 class QQmlEngine;
-class QWindow;
 
 namespace Tessaline {
 
@@ -36,6 +33,7 @@ class Scheduler;
 class SystemKeyMonitor;
 class TextHelperService;
 class VaultStore;
+class WindowHints;
 class Workspace;
 
 /// The root of the running application: creates and owns every long-lived service, runs the
@@ -56,6 +54,7 @@ public:
         CoachTipPresenter& tipPresenter;
         Clipboard& clipboard;
         KeyInjector& keyInjector;
+        WindowHints& windowHints;
         const Clock& clock;
         Scheduler& scheduler;
         DefaultsStore& defaults;
@@ -96,15 +95,6 @@ public slots:
     void showOnboarding();
 
 public:
-    /// Where a panel of `size` goes to stand in the middle of `area`, rounded half away from
-    /// zero.
-    static QPoint centeredOrigin(const QRectF& area, const QSizeF& size);
-    /// The available area of the screen under the mouse, else of the primary screen, else
-    /// 1440 × 900 at the origin.
-    static QRectF areaUnderMouse();
-    /// Places a panel in the middle of the screen under the mouse.
-    static void center(QWindow& panel);
-
     VaultStore& store() const { return *m_store; }
     FrontmostAppTracker& frontmostAppTracker() const { return *m_frontmostAppTracker; }
     AppMenuScanner& menuScanner() const { return *m_menuScanner; }

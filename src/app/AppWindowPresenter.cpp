@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "AppWindowPresenter.h"
 
+#include "WindowPlacement.h"
 #include "settings/DefaultsStore.h"
 
-#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QScreen>
 
 namespace Tessaline {
 namespace {
@@ -32,16 +31,6 @@ WindowLayout windowLayout(AppWindowPresenter::Kind kind)
         return {"OnboardingView", "Welcome to Tessaline", 600, 500, false, false};
     }
     Q_UNREACHABLE();
-}
-
-void centerOnScreen(QWindow& window)
-{
-    QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    const QRect area = screen->availableGeometry();
-    window.setPosition(area.center().x() - window.width() / 2,
-                       area.center().y() - window.height() / 2);
 }
 
 } // namespace
@@ -110,7 +99,7 @@ QQuickView* AppWindowPresenter::show(Kind kind, const QVariantMap& properties)
     } else {
         view->setMinimumSize(QSize(layout.width / 2, layout.height / 2));
     }
-    centerOnScreen(*view);
+    WindowPlacement::centerOnPrimaryScreen(*view);
 
     // Closing (hiding) forgets the window; the next request builds a new one.
     connect(view, &QWindow::visibleChanged, this, [this, kind, view](bool visible) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The tray application: builds the desktop services, hands them to the delegate and runs.
+// The tray application: reads its command line, builds the desktop services for the session,
+// hands them to the delegate and runs.
 #include "AppCommandLine.h"
 #include "AppDelegate.h"
 #include "AppIconProvider.h"
@@ -7,18 +8,7 @@
 #include "ControlInterface.h"
 #include "SymbolImageProvider.h"
 #include "hotkey/HotKeysController.h"
-#include "platform/Clock.h"
-#include "platform/Scheduler.h"
-#include "platform/atspi/AtspiAccessibilityTrust.h"
-#include "platform/atspi/AtspiElementFactory.h"
-#include "platform/desktop/DesktopAppIcon.h"
-#include "platform/desktop/DesktopEntries.h"
-#include "platform/qt/ClipboardAdapter.h"
-#include "platform/qt/MessageBoxAlertPresenter.h"
-#include "platform/x11/X11Workspace.h"
-#include "platform/x11/XInputKeyMonitor.h"
-#include "platform/x11/XTestKeyInjector.h"
-#include "platform/x11/XcbHotKeyService.h"
+#include "platform/PlatformServices.h"
 #include "settings/DefaultsStore.h"
 
 #include <QApplication>
@@ -53,31 +43,21 @@ int main(int argc, char** argv)
 
     using namespace Tessaline;
     DefaultsStore defaults;
-    DesktopEntries entries;
-    X11Workspace workspace(entries);
-    AtspiAccessibilityTrust trust;
-    AtspiElementFactory elements;
-    MessageBoxAlertPresenter alerts;
-    XInputKeyMonitor keyMonitor;
+    const std::unique_ptr<PlatformServices> platform = createPlatformServices();
     CoachTipPanelPresenter tipPresenter;
-    ClipboardAdapter clipboard;
-    XTestKeyInjector keyInjector;
-    SystemClock clock;
-    TimerScheduler scheduler;
-    XcbHotKeyService hotKeyService;
-    HotKey::HotKeysController::setService(&hotKeyService);
+    HotKey::HotKeysController::setService(platform->hotKeys.get());
 
     QQmlEngine engine;
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
-    DesktopAppIcon appIcons(entries);
     engine.addImageProvider(QStringLiteral("appicon"),
-                            new AppIconProvider([&appIcons](const QString& bundleID) {
-                                return appIcons.iconName(bundleID);
+                            new AppIconProvider([&platform](const QString& bundleID) {
+                                return platform->appIcons->iconName(bundleID);
                             }));
 
-    AppDelegate delegate(AppDelegate::Platform{workspace, trust, elements, alerts, keyMonitor,
-                                               tipPresenter, clipboard, keyInjector, clock,
-                                               scheduler, defaults, engine});
+    AppDelegate delegate(AppDelegate::Platform{
+        *platform->workspace, *platform->trust, *platform->elements, *platform->alerts,
+        *platform->keyMonitor, tipPresenter, *platform->clipboard, *platform->keyInjector,
+        *platform->windowHints, *platform->clock, *platform->scheduler, defaults, engine});
     ControlInterface control(delegate);
     if (!control.registerOnSessionBus()) {
         // Another Tessaline runs: show its HUD instead of a second tray icon (at login, leave

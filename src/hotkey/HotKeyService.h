@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "common/Expected.h"
 #include "hotkey/Menu.h"
 
 #include <QList>
@@ -46,11 +47,9 @@ public:
     using Reference = quint64;
     using EventHandler = std::function<int(const HotKeyEvent*)>;
 
-    struct Registration
-    {
-        int status = Status::noError;
-        std::optional<Reference> reference;
-    };
+    /// The reference of a granted registration, or the status code that says why the system
+    /// refused it (for example Status::hotKeyExists).
+    using Registration = Tessaline::Expected<Reference, int>;
 
     /// Keys of each entry that `symbolicHotKeys()` reports.
     static constexpr auto enabledKey = "enabled";

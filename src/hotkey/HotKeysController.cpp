@@ -56,12 +56,12 @@ void HotKeysController::registerHotKey(const std::shared_ptr<HotKey>& hotKey)
     const KeyCombo combo = hotKey->keyCombo();
     const HotKeyService::Registration result = state.service->registerHotKey(
         combo.carbonKeyCode, combo.carbonModifiers, HotKeyId{eventHotKeySignature, id});
-    if (result.status != Status::noError || !result.reference)
+    if (!result)
         return;
 
     const auto stored = state.hotKeys.find(id);
     if (stored != state.hotKeys.end())
-        stored->second.carbonEventHotKey = result.reference;
+        stored->second.carbonEventHotKey = *result;
     if (!state.eventHandlerInstalled) {
         state.service->installEventHandler(&HotKeysController::handleEvent);
         state.eventHandlerInstalled = true;

@@ -6,6 +6,7 @@
 #include "context/FrontmostAppTracker.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/x11/X11Workspace.h"
+#include "platform/x11/XcbReply.h"
 #include "platform/x11/XcbWindowProperties.h"
 #include "settings/DefaultsStore.h"
 
@@ -105,17 +106,15 @@ bool writeActiveWindow(xcb_window_t window)
         return false;
     }
     const char* name = "_NET_ACTIVE_WINDOW";
-    xcb_intern_atom_reply_t* atom = xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, uint16_t(std::strlen(name)), name), nullptr);
+    const auto atom = xcbReply(xcb_intern_atom_reply, connection,
+                               xcb_intern_atom(connection, 0, uint16_t(std::strlen(name)), name));
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     bool written = false;
     if (atom) {
-        xcb_generic_error_t* error = xcb_request_check(
+        const XcbReply<xcb_generic_error_t> error(xcb_request_check(
             connection, xcb_change_property_checked(connection, XCB_PROP_MODE_REPLACE, root,
-                                                    atom->atom, XCB_ATOM_WINDOW, 32, 1, &window));
-        written = error == nullptr;
-        std::free(error);
-        std::free(atom);
+                                                    atom->atom, XCB_ATOM_WINDOW, 32, 1, &window)));
+        written = !error;
     }
     xcb_disconnect(connection);
     return written;

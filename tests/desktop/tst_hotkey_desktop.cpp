@@ -4,6 +4,7 @@
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Scheduler.h"
 #include "platform/x11/XcbHotKeyService.h"
+#include "platform/x11/XcbReply.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKey.h>
@@ -51,20 +52,18 @@ public:
 
     xcb_keycode_t keycode(xcb_keysym_t keysym) const
     {
-        xcb_keycode_t* codes = xcb_key_symbols_get_keycode(m_symbols, keysym);
-        const xcb_keycode_t code = codes != nullptr ? codes[0] : 0;
-        std::free(codes);
-        return code;
+        const Tessaline::XcbReply<xcb_keycode_t> codes(
+            xcb_key_symbols_get_keycode(m_symbols, keysym));
+        return codes ? codes.get()[0] : xcb_keycode_t(0);
     }
 
     /// Grabs the key with the modifiers; false when another client holds it.
     bool grab(xcb_keysym_t keysym, quint16 modifiers)
     {
-        xcb_generic_error_t* error = xcb_request_check(
+        const Tessaline::XcbReply<xcb_generic_error_t> error(xcb_request_check(
             m_connection, xcb_grab_key_checked(m_connection, 1, m_root, modifiers, keycode(keysym),
-                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-        std::free(error);
-        return error == nullptr;
+                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+        return !error;
     }
 
     void ungrab(xcb_keysym_t keysym, quint16 modifiers)
@@ -80,10 +79,11 @@ public:
         QElapsedTimer timer;
         timer.start();
         while (timer.elapsed() < timeoutMs) {
-            while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
-                const bool match = (event->response_type & 0x7f) == XCB_KEY_PRESS &&
-                                   reinterpret_cast<xcb_key_press_event_t*>(event)->detail == code;
-                std::free(event);
+            while (const Tessaline::XcbReply<xcb_generic_event_t> event{
+                xcb_poll_for_event(m_connection)}) {
+                const bool match =
+                    (event->response_type & 0x7f) == XCB_KEY_PRESS &&
+                    reinterpret_cast<const xcb_key_press_event_t*>(event.get())->detail == code;
                 if (match)
                     return true;
             }
@@ -95,11 +95,9 @@ public:
     /// The keyboard's current modifier and lock state.
     quint16 modifierState()
     {
-        xcb_query_pointer_reply_t* reply =
-            xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, m_root), nullptr);
-        const quint16 mask = reply != nullptr ? reply->mask : 0;
-        std::free(reply);
-        return mask;
+        const auto reply = Tessaline::xcbReply(xcb_query_pointer_reply, m_connection,
+                                               xcb_query_pointer(m_connection, m_root));
+        return reply ? reply->mask : quint16(0);
     }
 
 private:

@@ -9,8 +9,10 @@
 #include "platform/Workspace.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/qt/ClipboardAdapter.h"
+#include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XTestKeyInjector.h"
+#include "platform/x11/XcbReply.h"
 
 #include "FakeAccessibilityTrust.h"
 #include "FakeAlertPresenter.h"
@@ -77,13 +79,12 @@ private:
 // Keycodes of every modifier that is down now, from the server's keymap.
 QList<int> heldModifiers()
 {
-    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t* connection = x11->connection();
-    std::unique_ptr<xcb_get_modifier_mapping_reply_t, decltype(&std::free)> mapping(
-        xcb_get_modifier_mapping_reply(connection, xcb_get_modifier_mapping(connection), nullptr),
-        &std::free);
-    std::unique_ptr<xcb_query_keymap_reply_t, decltype(&std::free)> keymap(
-        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr), &std::free);
+    xcb_connection_t* connection = X11Connection::connection();
+    if (!connection)
+        return {-1};
+    const auto mapping =
+        xcbReply(xcb_get_modifier_mapping_reply, connection, xcb_get_modifier_mapping(connection));
+    const auto keymap = xcbReply(xcb_query_keymap_reply, connection, xcb_query_keymap(connection));
     QList<int> held;
     if (!mapping || !keymap)
         return {-1};

@@ -42,10 +42,10 @@ public:
     Registration registerHotKey(quint32 keyCode, quint32 modifiers, HotKey::HotKeyId id) override
     {
         registrations.append({keyCode, modifiers, id});
-        Registration result = decide ? decide(keyCode, modifiers, id)
-                                     : Registration{HotKey::Status::noError, m_nextReference++};
-        if (result.status == HotKey::Status::noError && result.reference)
-            active[*result.reference] = {keyCode, modifiers, id};
+        Registration result =
+            decide ? decide(keyCode, modifiers, id) : Registration(m_nextReference++);
+        if (result)
+            active[*result] = {keyCode, modifiers, id};
         return result;
     }
 

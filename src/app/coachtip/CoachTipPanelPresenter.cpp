@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "CoachTipPanelPresenter.h"
 
+#include "LogCategories.h"
+
 #include <QGuiApplication>
 #include <QIcon>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QPainterPath>
 #include <QQuickImageProvider>
@@ -12,8 +13,6 @@
 #include <QRegion>
 #include <QScreen>
 #include <QVariantMap>
-
-Q_LOGGING_CATEGORY(lcCoachPanel, "tessaline.coach", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
@@ -109,7 +108,7 @@ CoachTipPresenter::PanelId CoachTipPanelPresenter::showPanel(const CoachTip& tip
     window->setSource(kViewUrl);
     if (window->status() != QQuickView::Ready) {
         for (const QQmlError& error : window->errors())
-            qCWarning(lcCoachPanel) << error.toString();
+            qCWarning(lcCoach) << error.toString();
     }
     if (QQuickItem* root = window->rootObject()) {
         connect(root, SIGNAL(dismiss()), this, SLOT(panelDismissed()));

@@ -15,7 +15,14 @@ namespace Tessaline {
 class DefaultsStore
 {
 public:
-    enum class ValueType { Missing, Bool, Integer, Double, String };
+    enum class ValueType
+    {
+        Missing,
+        Bool,
+        Integer,
+        Double,
+        String
+    };
 
     /// Opens the defaults at `filePath`, or at the user's config folder
     /// ($XDG_CONFIG_HOME/Tessaline/defaults.json) when the path is empty.

@@ -43,6 +43,13 @@ bool isNoAnswer(const QDBusMessage& reply)
            error == QStringLiteral("org.freedesktop.DBus.Error.Disconnected");
 }
 
+// The failure of a walk whose call went unanswered: every further call would cost another full
+// timeout, so the walk stops there.
+Unexpected<QString> unanswered()
+{
+    return Unexpected(QStringLiteral("the application did not answer"));
+}
+
 // Sends every call before waiting for the first answer. Absent when one went unanswered.
 std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
                                            const QList<QDBusMessage>& calls, int timeoutMs)
@@ -173,24 +180,27 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readOver(const QDBusConnecti
                                                              const AtspiReference& application,
                                                              int timeoutMs)
 {
-    bool unanswered = false;
-    std::optional<AtspiReference> menuBar = matchMenuBar(bus, application, timeoutMs, unanswered);
-    if (unanswered)
+    const auto matched = matchMenuBar(bus, application, timeoutMs);
+    if (!matched)
         return std::nullopt;
-    if (!menuBar)
-        menuBar = searchMenuBar(bus, application, timeoutMs, unanswered);
-    if (unanswered || !menuBar)
+    std::optional<AtspiReference> menuBar = *matched;
+    if (!menuBar) {
+        const auto searched = searchMenuBar(bus, application, timeoutMs);
+        if (!searched || !*searched)
+            return std::nullopt;
+        menuBar = *searched;
+    }
+    auto snapshot = readByMatches(bus, *menuBar, timeoutMs);
+    if (!snapshot)
         return std::nullopt;
-    if (auto snapshot = readByMatches(bus, *menuBar, timeoutMs, unanswered))
-        return snapshot;
-    if (unanswered)
-        return std::nullopt;
+    if (*snapshot)
+        return std::move(*snapshot).value();
     return readByLevels(bus, *menuBar, timeoutMs);
 }
 
-std::optional<AtspiReference> AtspiMenuSnapshot::matchMenuBar(const QDBusConnection& bus,
-                                                              const AtspiReference& application,
-                                                              int timeoutMs, bool& unanswered)
+Expected<std::optional<AtspiReference>>
+AtspiMenuSnapshot::matchMenuBar(const QDBusConnection& bus, const AtspiReference& application,
+                                int timeoutMs)
 {
     QDBusMessage call =
         accessibleCall(application, kCollectionInterface, QStringLiteral("GetMatches"));
@@ -200,20 +210,18 @@ std::optional<AtspiReference> AtspiMenuSnapshot::matchMenuBar(const QDBusConnect
     call << QVariant::fromValue(rule) << quint32(ATSPI_Collection_SORT_ORDER_CANONICAL) << qint32(1)
          << true;
     const auto replies = callAll(bus, {call}, timeoutMs);
-    if (!replies) {
-        unanswered = true;
-        return std::nullopt;
-    }
+    if (!replies)
+        return unanswered();
     const QList<AtspiReference> found = childrenOf(replies->first());
     if (found.isEmpty() || isNullReference(found.first()))
-        return std::nullopt;
-    return found.first();
+        return std::optional<AtspiReference>();
+    return std::optional<AtspiReference>(found.first());
 }
 
 // Breadth first from the application to the first menu bar, one level per round.
-std::optional<AtspiReference> AtspiMenuSnapshot::searchMenuBar(const QDBusConnection& bus,
-                                                               const AtspiReference& application,
-                                                               int timeoutMs, bool& unanswered)
+Expected<std::optional<AtspiReference>>
+AtspiMenuSnapshot::searchMenuBar(const QDBusConnection& bus, const AtspiReference& application,
+                                 int timeoutMs)
 {
     QList<AtspiReference> level{application};
     QSet<QString> seen{application.key()};
@@ -226,16 +234,14 @@ std::optional<AtspiReference> AtspiMenuSnapshot::searchMenuBar(const QDBusConnec
                                         QStringLiteral("GetChildren")));
         }
         const auto replies = callAll(bus, calls, timeoutMs);
-        if (!replies) {
-            unanswered = true;
-            return std::nullopt;
-        }
+        if (!replies)
+            return unanswered();
         QList<AtspiReference> next;
         for (qsizetype i = 0; i < level.size(); ++i) {
             const QDBusMessage& role = replies->at(2 * i);
             if (role.type() == QDBusMessage::ReplyMessage && !role.arguments().isEmpty() &&
                 role.arguments().first().toUInt() == ATSPI_ROLE_MENU_BAR) {
-                return level.at(i);
+                return std::optional<AtspiReference>(level.at(i));
             }
             for (const AtspiReference& child : childrenOf(replies->at(2 * i + 1))) {
                 if (isNullReference(child) || seen.contains(child.key()))
@@ -246,14 +252,14 @@ std::optional<AtspiReference> AtspiMenuSnapshot::searchMenuBar(const QDBusConnec
         }
         level = next;
     }
-    return std::nullopt;
+    return std::optional<AtspiReference>();
 }
 
 // Every object under the menu bar in one call, in tree order; the key bindings of all of them in
 // one round; then names and parents only for the objects with a key and their ancestors.
-std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusConnection& bus,
-                                                                  const AtspiReference& menuBar,
-                                                                  int timeoutMs, bool& unanswered)
+Expected<std::optional<AtspiMenuSnapshot>>
+AtspiMenuSnapshot::readByMatches(const QDBusConnection& bus, const AtspiReference& menuBar,
+                                 int timeoutMs)
 {
     QDBusMessage call = accessibleCall(menuBar, kCollectionInterface, QStringLiteral("GetMatches"));
     AtspiMatchRule rule;
@@ -262,19 +268,17 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusCon
     call << QVariant::fromValue(rule) << quint32(ATSPI_Collection_SORT_ORDER_CANONICAL) << qint32(0)
          << true;
     const auto matchReply = callAll(bus, {call}, timeoutMs);
-    if (!matchReply) {
-        unanswered = true;
-        return std::nullopt;
-    }
+    if (!matchReply)
+        return unanswered();
     if (matchReply->first().type() != QDBusMessage::ReplyMessage)
-        return std::nullopt;
+        return std::optional<AtspiMenuSnapshot>();
     QList<AtspiReference> objects;
     for (const AtspiReference& object : childrenOf(matchReply->first())) {
         if (!isNullReference(object) && object.key() != menuBar.key())
             objects.append(object);
     }
     if (objects.isEmpty())
-        return std::nullopt;
+        return std::optional<AtspiMenuSnapshot>();
 
     QList<QDBusMessage> bindingCalls;
     for (const AtspiReference& object : objects) {
@@ -284,10 +288,8 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusCon
         bindingCalls.append(binding);
     }
     const auto bindings = callAll(bus, bindingCalls, timeoutMs);
-    if (!bindings) {
-        unanswered = true;
-        return std::nullopt;
-    }
+    if (!bindings)
+        return unanswered();
 
     struct Found
     {
@@ -318,7 +320,7 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusCon
     int rounds = 0;
     while (!wanted.isEmpty()) {
         if (++rounds > AtspiWalkState::kMaxDepth + 1)
-            return std::nullopt;
+            return std::optional<AtspiMenuSnapshot>();
         QList<QDBusMessage> calls;
         for (const AtspiReference& object : wanted) {
             QDBusMessage all =
@@ -327,10 +329,8 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusCon
             calls.append(all);
         }
         const auto replies = callAll(bus, calls, timeoutMs);
-        if (!replies) {
-            unanswered = true;
-            return std::nullopt;
-        }
+        if (!replies)
+            return unanswered();
         QList<AtspiReference> parents;
         for (qsizetype i = 0; i < wanted.size(); ++i) {
             Found& entry = found[wanted.at(i).key()];
@@ -381,7 +381,7 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readByMatches(const QDBusCon
         indexOf.insert(object.key(), index);
         depthOf.insert(object.key(), depth);
     }
-    return snapshot;
+    return std::optional<AtspiMenuSnapshot>(std::move(snapshot));
 }
 
 // The menu tree one level per round: name, children and key binding of every object.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "common/Expected.h"
 #include "platform/atspi/AtspiBus.h"
 #include "platform/atspi/AtspiKeyBinding.h"
 
@@ -40,15 +41,14 @@ private:
     peerConnection(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
     static std::optional<AtspiMenuSnapshot>
     readOver(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
-    static std::optional<AtspiReference> matchMenuBar(const QDBusConnection& bus,
-                                                      const AtspiReference& application,
-                                                      int timeoutMs, bool& unanswered);
-    static std::optional<AtspiReference> searchMenuBar(const QDBusConnection& bus,
-                                                       const AtspiReference& application,
-                                                       int timeoutMs, bool& unanswered);
-    static std::optional<AtspiMenuSnapshot> readByMatches(const QDBusConnection& bus,
-                                                          const AtspiReference& menuBar,
-                                                          int timeoutMs, bool& unanswered);
+    // These fail when a call went unanswered; a found nothing is an empty optional.
+    static Expected<std::optional<AtspiReference>>
+    matchMenuBar(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
+    static Expected<std::optional<AtspiReference>>
+    searchMenuBar(const QDBusConnection& bus, const AtspiReference& application, int timeoutMs);
+    /// Empty when the collection interface gives nothing usable, so the level walk is tried.
+    static Expected<std::optional<AtspiMenuSnapshot>>
+    readByMatches(const QDBusConnection& bus, const AtspiReference& menuBar, int timeoutMs);
     static std::optional<AtspiMenuSnapshot>
     readByLevels(const QDBusConnection& bus, const AtspiReference& menuBar, int timeoutMs);
 

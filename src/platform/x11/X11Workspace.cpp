@@ -1,48 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/X11Workspace.h"
 
+#include "LogCategories.h"
 #include "platform/x11/WindowAppResolver.h"
+#include "platform/x11/X11Connection.h"
 #include "platform/x11/XcbReply.h"
 #include "platform/x11/XcbWindowProperties.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <QLoggingCategory>
 
 namespace Tessaline {
 namespace {
 
-Q_LOGGING_CATEGORY(lcX11, "tessaline.x11", QtWarningMsg)
-
 /// How many recently active windows are remembered for activate().
 constexpr qsizetype kActivationMemory = 64;
-
-xcb_connection_t* qtXcbConnection()
-{
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return nullptr;
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
-xcb_window_t rootWindow(xcb_connection_t* connection)
-{
-    // Qt's connection opens the default screen of $DISPLAY; its root is the first screen's
-    // unless the display names another one.
-    const xcb_setup_t* setup = xcb_get_setup(connection);
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
-    const QByteArray display = qgetenv("DISPLAY");
-    const qsizetype dot = display.lastIndexOf('.');
-    const qsizetype colon = display.lastIndexOf(':');
-    int wanted = 0;
-    if (dot > colon && colon >= 0)
-        wanted = display.mid(dot + 1).toInt();
-    for (int i = 0; screens.rem; ++i, xcb_screen_next(&screens)) {
-        if (i == wanted)
-            return screens.data->root;
-    }
-    return xcb_setup_roots_iterator(setup).data->root;
-}
 
 } // namespace
 
@@ -51,12 +22,13 @@ X11Workspace::X11Workspace(const DesktopEntryLookup& entries, QObject* parent) :
     m_resolver = std::make_unique<WindowAppResolver>(entries, QCoreApplication::applicationPid(),
                                                      ownBundleIdentifier().value_or(QString()));
 
-    xcb_connection_t* connection = qtXcbConnection();
+    xcb_connection_t* connection = X11Connection::connection();
     if (!connection) {
         qCInfo(lcX11) << "not an X11 session: the workspace stays empty";
         return;
     }
-    m_properties = std::make_unique<XcbWindowProperties>(connection, rootWindow(connection));
+    m_properties =
+        std::make_unique<XcbWindowProperties>(connection, X11Connection::rootWindow(connection));
     m_lastActive = m_properties->activeWindow();
     if (m_lastActive)
         m_activationOrder.append(m_lastActive);

@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/XInputKeyMonitor.h"
 
+#include "LogCategories.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/XcbReply.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QLoggingCategory>
 
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 #include <xkbcommon/xkbcommon-x11.h>
-
-#include <cstdlib>
-
-Q_LOGGING_CATEGORY(lcRawKeys, "tessaline.x11.rawkeys", QtWarningMsg)
 
 namespace Tessaline {
 namespace {
@@ -23,14 +22,6 @@ constexpr std::uint32_t kRawKeyMask =
 // XKB event types (xcb/xkb.h cannot be included from C++: it names a field "explicit").
 constexpr std::uint8_t kXkbNewKeyboardNotify = 0;
 constexpr std::uint8_t kXkbMapNotify = 1;
-
-template <typename T>
-struct FreeDeleter
-{
-    void operator()(T* pointer) const { std::free(pointer); }
-};
-template <typename T>
-using XcbReply = std::unique_ptr<T, FreeDeleter<T>>;
 
 // An event mask for one device, as XISelectEvents takes it: the header and one mask word.
 struct DeviceEventMask
@@ -52,10 +43,7 @@ bool XInputKeyMonitor::connect()
 {
     if (m_connection)
         return true;
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return false;
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    xcb_connection_t* connection = X11Connection::connection();
     if (!connection)
         return false;
 
@@ -74,16 +62,15 @@ bool XInputKeyMonitor::connect()
     const std::int32_t device = xkb_x11_get_core_keyboard_device_id(connection);
     if (device < 0)
         return false;
-    const xcb_setup_t* setup = xcb_get_setup(connection);
-    const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
-    if (!screens.rem)
+    const xcb_window_t root = X11Connection::rootWindow(connection);
+    if (root == XCB_NONE)
         return false;
 
     m_context.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
     if (!m_context)
         return false;
     m_connection = connection;
-    m_root = screens.data->root;
+    m_root = root;
     m_xinputOpcode = xinput->major_opcode;
     m_xkbBaseEvent = xkbBaseEvent;
     m_keyboardDevice = device;

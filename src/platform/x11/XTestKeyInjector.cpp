@@ -1,31 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/XTestKeyInjector.h"
 
-#include <QGuiApplication>
-#include <QLoggingCategory>
+#include "LogCategories.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/XcbReply.h"
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
-#include <cstdlib>
 #include <memory>
 
 namespace Tessaline {
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcX11Keys, "tessaline.x11", QtWarningMsg)
-
 constexpr xcb_keysym_t kControlL = 0xffe3; // XK_Control_L
 constexpr xcb_keysym_t kLowerV = 0x0076;   // XK_v
-
-struct FreeDeleter
-{
-    void operator()(void* pointer) const { std::free(pointer); }
-};
-template <typename T>
-using XcbReply = std::unique_ptr<T, FreeDeleter>;
 
 struct KeySymbolsDeleter
 {
@@ -34,8 +25,7 @@ struct KeySymbolsDeleter
 
 xcb_keycode_t firstKeycode(xcb_key_symbols_t* symbols, xcb_keysym_t keysym)
 {
-    const std::unique_ptr<xcb_keycode_t, FreeDeleter> codes(
-        xcb_key_symbols_get_keycode(symbols, keysym));
+    const XcbReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
     return codes ? codes.get()[0] : xcb_keycode_t(XCB_NO_SYMBOL);
 }
 
@@ -46,8 +36,8 @@ bool fakeKey(xcb_connection_t* connection, uint8_t type, xcb_keycode_t keycode)
         connection, type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, XCB_NONE);
     const XcbReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
     if (error)
-        qCWarning(lcX11Keys) << "XTEST refused key event" << type << keycode << "error"
-                             << error->error_code;
+        qCWarning(lcX11) << "XTEST refused key event" << type << keycode << "error"
+                         << error->error_code;
     return !error;
 }
 
@@ -73,10 +63,9 @@ void releaseHeldModifiers(xcb_connection_t* connection)
 
 bool XTestKeyInjector::postPasteChord()
 {
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    if (!x11 || !x11->connection())
+    xcb_connection_t* connection = X11Connection::connection();
+    if (!connection)
         return false;
-    xcb_connection_t* connection = x11->connection();
 
     const std::unique_ptr<xcb_key_symbols_t, KeySymbolsDeleter> symbols(
         xcb_key_symbols_alloc(connection));

@@ -1,22 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/XcbHotKeyService.h"
 
+#include "platform/x11/X11Connection.h"
 #include "platform/x11/XcbHotKeyKeysyms.h"
 #include "platform/x11/XcbHotKeySystemCombos.h"
+#include "platform/x11/XcbReply.h"
 
 #include <hotkey/HotKeysController.h>
 #include <hotkey/ModifierFlags.h>
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QTimer>
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
-
-#include <cstdlib>
 
 namespace Tessaline {
 namespace {
@@ -57,12 +56,12 @@ struct KeySymbols
         QList<quint8> codes;
         if (symbols == nullptr)
             return codes;
-        xcb_keycode_t* list = xcb_key_symbols_get_keycode(symbols, keysym);
-        for (xcb_keycode_t* code = list; code != nullptr && *code != XCB_NO_SYMBOL; ++code) {
+        const XcbReply<xcb_keycode_t> list(xcb_key_symbols_get_keycode(symbols, keysym));
+        for (const xcb_keycode_t* code = list.get(); code != nullptr && *code != XCB_NO_SYMBOL;
+             ++code) {
             if (!codes.contains(*code))
                 codes.append(*code);
         }
-        std::free(list);
         return codes;
     }
 
@@ -94,19 +93,14 @@ XcbHotKeyService::XcbHotKeyService()
     QObject::connect(m_releaseTimer.get(), &QTimer::timeout, [this] { flushPendingRelease(); });
 
     // Use X11 only when Qt itself runs on it, so that other sessions degrade quietly.
-    if (qGuiApp == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
+    xcb_connection_t* connection = X11Connection::connection();
+    if (connection == nullptr)
         return;
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr || x11->connection() == nullptr)
+    const xcb_window_t root = X11Connection::rootWindow(connection);
+    if (root == XCB_NONE)
         return;
-    m_connection = x11->connection();
-    const xcb_setup_t* setup = xcb_get_setup(m_connection);
-    const xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
-    if (screens.rem == 0) {
-        m_connection = nullptr;
-        return;
-    }
-    m_root = screens.data->root;
+    m_connection = connection;
+    m_root = root;
 }
 
 XcbHotKeyService::~XcbHotKeyService()
@@ -126,10 +120,10 @@ QList<quint16> XcbHotKeyService::lockVariants() const
     quint16 numLock = 0;
     const KeySymbols symbols(m_connection);
     const QList<quint8> numLockCodes = symbols.keycodes(XKB_KEY_Num_Lock);
-    xcb_get_modifier_mapping_reply_t* reply = xcb_get_modifier_mapping_reply(
-        m_connection, xcb_get_modifier_mapping(m_connection), nullptr);
-    if (reply != nullptr) {
-        const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply);
+    const auto reply = xcbReply(xcb_get_modifier_mapping_reply, m_connection,
+                                xcb_get_modifier_mapping(m_connection));
+    if (reply) {
+        const xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(reply.get());
         const int perModifier = reply->keycodes_per_modifier;
         for (int modifier = 0; modifier < 8 && numLock == 0; ++modifier) {
             for (int i = 0; i < perModifier; ++i) {
@@ -140,7 +134,6 @@ QList<quint16> XcbHotKeyService::lockVariants() const
                 }
             }
         }
-        std::free(reply);
     }
     QList<quint16> variants{0, XCB_MOD_MASK_LOCK};
     if (numLock != 0) {
@@ -155,21 +148,21 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
                                                                      HotKey::HotKeyId id)
 {
     if (m_connection == nullptr)
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
     const auto keysym = XcbHotKeyKeysyms::keysym(carbonKeyCode);
     if (!keysym)
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
     Grab grab;
     grab.id = id;
     grab.modifiers = xModifiers(carbonModifiers);
     grab.keycodes = KeySymbols(m_connection).keycodes(*keysym);
     if (grab.keycodes.isEmpty())
-        return {noSuchKeyStatus, std::nullopt};
+        return Unexpected(noSuchKeyStatus);
 
     // This client holds each key and modifier set once.
     for (const auto& [reference, existing] : m_grabs) {
         if (existing.modifiers == grab.modifiers && existing.keycodes == grab.keycodes)
-            return {HotKey::Status::hotKeyExists, std::nullopt};
+            return Unexpected(HotKey::Status::hotKeyExists);
     }
 
     struct Pending
@@ -191,26 +184,25 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
     int status = HotKey::Status::noError;
     QList<Pending> granted;
     for (const Pending& request : pending) {
-        xcb_generic_error_t* error = xcb_request_check(m_connection, request.cookie);
-        if (error == nullptr) {
+        const XcbReply<xcb_generic_error_t> error(xcb_request_check(m_connection, request.cookie));
+        if (!error) {
             granted.append(request);
             continue;
         }
         status = error->error_code == kBadAccess ? grabTakenStatus : noSuchKeyStatus;
-        std::free(error);
     }
     if (status != HotKey::Status::noError) {
         // Another client holds one of the variants: give back the ones this client got.
         for (const Pending& request : granted)
             xcb_ungrab_key(m_connection, request.keycode, m_root, request.modifiers);
         xcb_flush(m_connection);
-        return {status, std::nullopt};
+        return Unexpected(status);
     }
 
     const Reference reference = m_nextReference++;
     m_grabs.emplace(reference, std::move(grab));
     updateFilter();
-    return {HotKey::Status::noError, reference};
+    return reference;
 }
 
 void XcbHotKeyService::ungrab(const Grab& grab)

@@ -12,10 +12,12 @@
 #include "FakeHotKeyService.h"
 #include "FakeKeyInjector.h"
 #include "FakeSystemKeyMonitor.h"
+#include "FakeWindowHints.h"
 #include "FakeWorkspace.h"
 #include "ManualScheduler.h"
 #include "ShortcutListModel.h"
 #include "SymbolImageProvider.h"
+#include "WindowPlacement.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
@@ -47,6 +49,7 @@ class TestAppDelegate : public QObject
     FakeCoachTipPresenter m_tipPresenter;
     FakeClipboard m_clipboard;
     FakeKeyInjector m_keyInjector;
+    FakeWindowHints m_windowHints;
     FakeClock m_clock;
     ManualScheduler m_scheduler;
     FakeHotKeyService m_hotKeyService;
@@ -60,7 +63,7 @@ class TestAppDelegate : public QObject
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
         m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
             m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
-            m_keyInjector, m_clock, m_scheduler, *m_defaults, *m_engine});
+            m_keyInjector, m_windowHints, m_clock, m_scheduler, *m_defaults, *m_engine});
         m_delegate->applicationDidFinishLaunching(how);
     }
 
@@ -140,8 +143,10 @@ private Q_SLOTS:
         QVERIFY(first->rootObject());
         QCOMPARE(first->size(), QSize(720, 560));
         QCOMPARE(first->position(),
-                 AppDelegate::centeredOrigin(AppDelegate::areaUnderMouse(), first->size()));
+                 WindowPlacement::centeredOrigin(WindowPlacement::areaUnderMouse(), first->size()));
         QCOMPARE(shown.count(), 1);
+        // The HUD is a panel: the window manager is asked to keep it out of the taskbar.
+        QCOMPARE(m_windowHints.skippedTaskbar, QList<const QWindow*>{first.data()});
 
         m_delegate->toggleHUD();
         QVERIFY(!m_delegate->panel());
@@ -151,6 +156,9 @@ private Q_SLOTS:
         QVERIFY(m_delegate->panel());
         QVERIFY(m_delegate->panel()->isVisible());
         QCOMPARE(shown.count(), 2);
+        QCOMPARE(m_windowHints.skippedTaskbar.size(), 2);
+        QCOMPARE(m_windowHints.skippedTaskbar.last(),
+                 static_cast<const QWindow*>(m_delegate->panel()));
     }
 
     void hudShowsTheAppThatWasInFront()

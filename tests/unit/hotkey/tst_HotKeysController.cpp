@@ -95,7 +95,7 @@ void TestHotKeysController::registrationUsesTheNextIdAndSignature()
 void TestHotKeysController::handlerIsInstalledOnceAtTheFirstSuccess()
 {
     m_service->decide = [](quint32, quint32, HotKeyId) {
-        return HotKey::HotKeyService::Registration{-1, std::nullopt};
+        return HotKey::HotKeyService::Registration(Tessaline::Unexpected(-1));
     };
     auto refused = HotKey::HotKey::create(KeyCombo(2, 256));
     QCOMPARE(m_service->handlerInstalls, 0);
@@ -122,10 +122,11 @@ void TestHotKeysController::sameComboGetsDifferentIdsAndTheServiceDecides()
     m_service->decide = [this](quint32 code, quint32 modifiers, HotKeyId) {
         for (const auto& [reference, entry] : m_service->active) {
             if (entry.keyCode == code && entry.modifiers == modifiers)
-                return HotKey::HotKeyService::Registration{Status::hotKeyExists, std::nullopt};
+                return HotKey::HotKeyService::Registration(
+                    Tessaline::Unexpected(Status::hotKeyExists));
         }
         static HotKey::HotKeyService::Reference next = 100;
-        return HotKey::HotKeyService::Registration{Status::noError, next++};
+        return HotKey::HotKeyService::Registration(next++);
     };
     int firstPresses = 0;
     int secondPresses = 0;
@@ -155,7 +156,7 @@ void TestHotKeysController::sameComboGetsDifferentIdsAndTheServiceDecides()
 void TestHotKeysController::failedRegistrationKeepsItsBoxSilently()
 {
     m_service->decide = [](quint32, quint32, HotKeyId) {
-        return HotKey::HotKeyService::Registration{Status::noError, std::nullopt};
+        return HotKey::HotKeyService::Registration(Tessaline::Unexpected(Status::hotKeyExists));
     };
     auto hotKey = HotKey::HotKey::create(KeyCombo(6, 256), [] {});
     const HotKey::HotKeyBox* box = HotKeysController::box(*hotKey);

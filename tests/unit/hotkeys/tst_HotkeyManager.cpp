@@ -237,7 +237,7 @@ void TestHotkeyManager::rebindUsesTheCurrentCombination()
 void TestHotkeyManager::refusedCombinationIsSilent()
 {
     m_service->decide = [](quint32, quint32, HotKey::HotKeyId) {
-        return HotKey::HotKeyService::Registration{-9878, std::nullopt};
+        return HotKey::HotKeyService::Registration(Tessaline::Unexpected(-9878));
     };
     HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
     QSignalSpy messages(&manager, &HotkeyManager::registrationMessageChanged);
@@ -258,9 +258,9 @@ void TestHotkeyManager::disableFromSettings()
     QCOMPARE(manager.isEnabled(), false);
     QVERIFY(!manager.hotKey());
     QVERIFY(m_service->active.empty());
-    QCOMPARE(manager.registrationMessage(),
-             std::optional<QString>(
-                 QStringLiteral("HUD hotkey disabled. Use the tray icon any time.")));
+    QCOMPARE(
+        manager.registrationMessage(),
+        std::optional<QString>(QStringLiteral("HUD hotkey disabled. Use the tray icon any time.")));
 }
 
 void TestHotkeyManager::publishedChanges()

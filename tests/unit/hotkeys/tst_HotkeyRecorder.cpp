@@ -110,9 +110,9 @@ void TestHotkeyRecorder::keyWithoutModifierChangesOnlyTheMessage()
     HotkeyRecorder recorder(*m_manager);
     QSignalSpy keyCode(m_manager.get(), &HotkeyManager::keyCodeChanged);
     recorder.capture(HotkeyKeyEvent{38, 0});
-    QCOMPARE(m_manager->registrationMessage(),
-             std::optional<QString>(
-                 QStringLiteral("Choose at least one modifier, like Ctrl or Alt.")));
+    QCOMPARE(
+        m_manager->registrationMessage(),
+        std::optional<QString>(QStringLiteral("Choose at least one modifier, like Ctrl or Alt.")));
     QCOMPARE(m_manager->keyCode(), 40u);
     QCOMPARE(m_manager->carbonModifiers(), 6400u);
     QCOMPARE(m_manager->isEnabled(), false);

@@ -2,9 +2,9 @@
 // Searching in words: "ctrl s" and "Ctrl+Shift+S" find chords stored as "⌃ S" and "⌃ ⇧ S",
 // in the cheat sheet and in the browser, while every query without a modifier word is searched
 // and ranked exactly as the matcher alone does.
+#include "BrowserRows.h"
 #include "VaultTestSupport.h"
 #include "search/FuzzyMatch.h"
-#include "BrowserRows.h"
 #include "vault/ChordText.h"
 #include "vault/PreparedShortcut.h"
 #include "vault/PreparedShortcutList.h"

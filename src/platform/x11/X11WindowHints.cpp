@@ -1,39 +1,36 @@
 // SPDX-License-Identifier: MIT
-#include "platform/x11/X11TaskbarHint.h"
+#include "platform/x11/X11WindowHints.h"
 
-#include <QGuiApplication>
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/XcbReply.h"
+
 #include <QWindow>
 
 #include <xcb/xcb.h>
-
-#include <cstdlib>
 
 namespace Tessaline {
 namespace {
 
 xcb_atom_t internAtom(xcb_connection_t* connection, const char* name)
 {
-    xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, static_cast<uint16_t>(qstrlen(name)), name),
-        nullptr);
-    const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-    std::free(reply);
-    return atom;
+    const auto reply =
+        xcbReply(xcb_intern_atom_reply, connection,
+                 xcb_intern_atom(connection, 0, static_cast<uint16_t>(qstrlen(name)), name));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 } // namespace
 
-void X11TaskbarHint::skipTaskbar(QWindow& window)
+void X11WindowHints::skipTaskbar(QWindow& window)
 {
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    if (!x11 || !x11->connection())
+    xcb_connection_t* connection = X11Connection::connection();
+    if (!connection)
         return;
-    xcb_connection_t* connection = x11->connection();
-    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    const xcb_window_t root = X11Connection::rootWindow(connection);
     const xcb_atom_t state = internAtom(connection, "_NET_WM_STATE");
     const xcb_atom_t skipTaskbar = internAtom(connection, "_NET_WM_STATE_SKIP_TASKBAR");
     const xcb_atom_t skipPager = internAtom(connection, "_NET_WM_STATE_SKIP_PAGER");
-    if (!screen || state == XCB_ATOM_NONE)
+    if (root == XCB_NONE || state == XCB_ATOM_NONE)
         return;
 
     // A mapped window's state is changed by asking the window manager on the root window.
@@ -46,7 +43,7 @@ void X11TaskbarHint::skipTaskbar(QWindow& window)
     event.data.data32[1] = skipTaskbar;
     event.data.data32[2] = skipPager;
     event.data.data32[3] = 1; // from an application
-    xcb_send_event(connection, 0, screen->root,
+    xcb_send_event(connection, 0, root,
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&event));
     xcb_flush(connection);

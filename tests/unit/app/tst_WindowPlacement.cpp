@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Where the HUD panel goes on a screen: centred in the available area, rounded half away from
-// zero.
-#include "AppDelegate.h"
+// Where Tessaline's windows go on a screen: centred in the available area, rounded half away
+// from zero.
+#include "WindowPlacement.h"
 
 #include <QTest>
 
-using Tessaline::AppDelegate;
+using Tessaline::WindowPlacement;
 
-class TestCenteredOrigin : public QObject
+class TestWindowPlacement : public QObject
 {
     Q_OBJECT
 
@@ -42,9 +42,9 @@ private Q_SLOTS:
         QFETCH(QRectF, area);
         QFETCH(QSizeF, size);
         QFETCH(QPoint, origin);
-        QCOMPARE(AppDelegate::centeredOrigin(area, size), origin);
+        QCOMPARE(WindowPlacement::centeredOrigin(area, size), origin);
     }
 };
 
-QTEST_MAIN(TestCenteredOrigin)
-#include "tst_CenteredOrigin.moc"
+QTEST_MAIN(TestWindowPlacement)
+#include "tst_WindowPlacement.moc"

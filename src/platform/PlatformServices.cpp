@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "platform/PlatformServices.h"
+
+#include "LogCategories.h"
+#include "platform/atspi/AtspiAccessibilityTrust.h"
+#include "platform/atspi/AtspiElementFactory.h"
+#include "platform/desktop/DesktopAppIcon.h"
+#include "platform/desktop/DesktopEntries.h"
+#include "platform/inert/InertHotKeyService.h"
+#include "platform/inert/InertKeyInjector.h"
+#include "platform/inert/InertKeyMonitor.h"
+#include "platform/inert/InertWindowHints.h"
+#include "platform/inert/InertWorkspace.h"
+#include "platform/qt/ClipboardAdapter.h"
+#include "platform/qt/MessageBoxAlertPresenter.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11WindowHints.h"
+#include "platform/x11/X11Workspace.h"
+#include "platform/x11/XInputKeyMonitor.h"
+#include "platform/x11/XTestKeyInjector.h"
+#include "platform/x11/XcbHotKeyService.h"
+
+#include <hotkey/HotKeysController.h>
+
+namespace Tessaline {
+namespace {
+
+// The services that need the X server: the windows, the keys and the window manager.
+void addX11Services(PlatformServices& services)
+{
+    services.workspace = std::make_unique<X11Workspace>(*services.desktopEntries);
+    services.keyMonitor = std::make_unique<XInputKeyMonitor>();
+    services.keyInjector = std::make_unique<XTestKeyInjector>();
+    services.hotKeys = std::make_unique<XcbHotKeyService>();
+    services.windowHints = std::make_unique<X11WindowHints>();
+}
+
+// A session without a backend of its own: Tessaline runs, shows its windows and reads menus,
+// but takes no keys and sees no other application.
+void addInertServices(PlatformServices& services)
+{
+    qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
+    services.workspace = std::make_unique<InertWorkspace>();
+    services.keyMonitor = std::make_unique<InertKeyMonitor>();
+    services.keyInjector = std::make_unique<InertKeyInjector>();
+    services.hotKeys = std::make_unique<InertHotKeyService>();
+    services.windowHints = std::make_unique<InertWindowHints>();
+}
+
+} // namespace
+
+PlatformServices::PlatformServices() = default;
+PlatformServices::~PlatformServices()
+{
+    // Hot keys that outlive these services must not reach them (an early return from main
+    // leaves the hot-key module pointing here).
+    if (hotKeys && HotKey::HotKeysController::service() == hotKeys.get())
+        HotKey::HotKeysController::setService(nullptr);
+}
+
+std::unique_ptr<PlatformServices> createPlatformServices()
+{
+    auto services = std::make_unique<PlatformServices>();
+    auto entries = std::make_unique<DesktopEntries>();
+    services->appIcons = std::make_unique<DesktopAppIcon>(*entries);
+    services->desktopEntries = std::move(entries);
+    services->trust = std::make_unique<AtspiAccessibilityTrust>();
+    services->elements = std::make_unique<AtspiElementFactory>();
+    services->alerts = std::make_unique<MessageBoxAlertPresenter>();
+    services->clipboard = std::make_unique<ClipboardAdapter>();
+    services->clock = std::make_unique<SystemClock>();
+    services->scheduler = std::make_unique<TimerScheduler>();
+
+    if (X11Connection::isAvailable())
+        addX11Services(*services);
+    else
+        addInertServices(*services);
+    return services;
+}
+
+} // namespace Tessaline

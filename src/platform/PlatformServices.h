@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/AccessibilityElementFactory.h"
+#include "platform/AccessibilityTrust.h"
+#include "platform/AlertPresenter.h"
+#include "platform/AppIconLookup.h"
+#include "platform/Clipboard.h"
+#include "platform/Clock.h"
+#include "platform/KeyInjector.h"
+#include "platform/Scheduler.h"
+#include "platform/SystemKeyMonitor.h"
+#include "platform/WindowHints.h"
+#include "platform/Workspace.h"
+
+#include <hotkey/HotKeyService.h>
+
+#include <memory>
+
+namespace Tessaline {
+
+class DesktopEntryLookup;
+
+/// Every desktop service the application runs on, made for the session it runs in. Callers
+/// see the interfaces only; which backend serves them is decided once, by
+/// createPlatformServices().
+struct PlatformServices
+{
+    PlatformServices();
+    ~PlatformServices();
+    PlatformServices(const PlatformServices&) = delete;
+    PlatformServices& operator=(const PlatformServices&) = delete;
+
+    /// What the services read from desktop entries; declared first, so it outlives them.
+    std::unique_ptr<DesktopEntryLookup> desktopEntries;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<AccessibilityTrust> trust;
+    std::unique_ptr<AccessibilityElementFactory> elements;
+    std::unique_ptr<AlertPresenter> alerts;
+    std::unique_ptr<SystemKeyMonitor> keyMonitor;
+    std::unique_ptr<Clipboard> clipboard;
+    std::unique_ptr<KeyInjector> keyInjector;
+    std::unique_ptr<Clock> clock;
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<HotKey::HotKeyService> hotKeys;
+    std::unique_ptr<WindowHints> windowHints;
+    std::unique_ptr<AppIconLookup> appIcons;
+};
+
+/// Looks at the session once and builds its services: on X11 (Qt's platform really is xcb)
+/// the X11 backend; anywhere else services that do nothing harmful (no key grabs, no injected
+/// keys, an empty workspace). Menus (AT-SPI), desktop entries and Qt's own services work in
+/// every session. Needs the QGuiApplication to exist.
+std::unique_ptr<PlatformServices> createPlatformServices();
+
+} // namespace Tessaline

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/X11Connection.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+namespace Tessaline {
+
+bool X11Connection::isAvailable()
+{
+    return connection() != nullptr;
+}
+
+xcb_connection_t* X11Connection::connection()
+{
+    // Asking for the native interface off xcb is harmless, but the platform name says at once
+    // that there is no X server to talk to.
+    if (qGuiApp == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
+        return nullptr;
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+xcb_window_t X11Connection::rootWindow(xcb_connection_t* connection)
+{
+    const xcb_setup_t* setup = xcb_get_setup(connection);
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
+    if (screens.rem == 0)
+        return XCB_NONE;
+    const QByteArray display = qgetenv("DISPLAY");
+    const qsizetype dot = display.lastIndexOf('.');
+    const qsizetype colon = display.lastIndexOf(':');
+    int wanted = 0;
+    if (dot > colon && colon >= 0)
+        wanted = display.mid(dot + 1).toInt();
+    for (int i = 0; screens.rem; ++i, xcb_screen_next(&screens)) {
+        if (i == wanted)
+            return screens.data->root;
+    }
+    return xcb_setup_roots_iterator(setup).data->root;
+}
+
+} // namespace Tessaline
