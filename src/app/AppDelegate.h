@@ -28,6 +28,7 @@ class Clock;
 class CoachTipController;
 class CoachTipPresenter;
 class DefaultsStore;
+class DesktopKeySettings;
 class FrontmostAppTracker;
 class HotkeyManager;
 class KeyInjector;
@@ -60,6 +61,7 @@ public:
         Scheduler& scheduler;
         DefaultsStore& defaults;
         QQmlEngine& engine;
+        const DesktopKeySettings& keySettings;
     };
 
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);

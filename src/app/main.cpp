@@ -12,6 +12,7 @@
 #include "platform/atspi/AtspiElementFactory.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
+#include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/x11/X11Workspace.h"
@@ -52,6 +53,7 @@ int main(int argc, char** argv)
     AtspiElementFactory elements;
     MessageBoxAlertPresenter alerts;
     XInputKeyMonitor keyMonitor;
+    CurrentDesktopKeySettings keySettings;
     CoachTipPanelPresenter tipPresenter;
     ClipboardAdapter clipboard;
     XTestKeyInjector keyInjector;
@@ -70,7 +72,7 @@ int main(int argc, char** argv)
 
     AppDelegate delegate(AppDelegate::Platform{workspace, trust, elements, alerts, keyMonitor,
                                                tipPresenter, clipboard, keyInjector, clock,
-                                               scheduler, defaults, engine});
+                                               scheduler, defaults, engine, keySettings});
     ControlInterface control(delegate);
     if (!control.registerOnSessionBus()) {
         // Another Tessaline runs: show its HUD instead of a second tray icon.

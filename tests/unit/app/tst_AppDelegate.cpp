@@ -9,6 +9,7 @@
 #include "FakeClipboard.h"
 #include "FakeClock.h"
 #include "FakeCoachTipPresenter.h"
+#include "FakeDesktopKeySettings.h"
 #include "FakeHotKeyService.h"
 #include "FakeKeyInjector.h"
 #include "FakeSystemKeyMonitor.h"
@@ -45,6 +46,7 @@ class TestAppDelegate : public QObject
     FakeAlertPresenter m_alerts;
     FakeSystemKeyMonitor m_keyMonitor;
     FakeCoachTipPresenter m_tipPresenter;
+    FakeDesktopKeySettings m_keySettings;
     FakeClipboard m_clipboard;
     FakeKeyInjector m_keyInjector;
     FakeClock m_clock;
@@ -60,7 +62,7 @@ class TestAppDelegate : public QObject
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
         m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
             m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
-            m_keyInjector, m_clock, m_scheduler, *m_defaults, *m_engine});
+            m_keyInjector, m_clock, m_scheduler, *m_defaults, *m_engine, m_keySettings});
         m_delegate->applicationDidFinishLaunching();
     }
 
