@@ -4,6 +4,7 @@
 #include "platform/DesktopKeySettings.h"
 
 #include <QHash>
+#include <QStringList>
 
 namespace Tessaline::Testing {
 
@@ -19,6 +20,15 @@ public:
     {
         ++reads;
         return bound.value(action);
+    }
+
+    /// The bindings as the desktop writes them, for comparing in one line.
+    static QStringList texts(const QList<DesktopKeyBinding>& bindings)
+    {
+        QStringList result;
+        for (const DesktopKeyBinding& binding : bindings)
+            result.append(binding.text());
+        return result;
     }
 
     void bind(Action action, unsigned modifiers, const QString& key)

@@ -2,6 +2,7 @@
 // Reads the desktops' real schemas (as Debian installs them), compiled into a private folder,
 // with GSettings keeping its values in memory: the defaults are the desktops' own, and a value
 // a test writes is what the next read finds.
+#include "FakeDesktopKeySettings.h"
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/keysettings/GSettingsKeySettings.h"
 
@@ -16,6 +17,7 @@
 #include <memory>
 
 using namespace Tessaline;
+using Tessaline::Testing::FakeDesktopKeySettings;
 using Action = DesktopKeySettings::Action;
 using Family = GSettingsKeySettings::Family;
 
@@ -29,14 +31,6 @@ const QStringList kSchemaFiles{
     QStringLiteral("org.cinnamon.desktop.keybindings.media-keys.gschema.xml"),
     QStringLiteral("org.mate.SettingsDaemon.plugins.media-keys.gschema.xml"),
 };
-
-QStringList texts(const QList<DesktopKeyBinding>& bindings)
-{
-    QStringList result;
-    for (const DesktopKeyBinding& binding : bindings)
-        result.append(binding.text());
-    return result;
-}
 
 } // namespace
 
@@ -148,21 +142,22 @@ void TestGSettingsKeySettings::gnomeReadsItsDefaults()
     const GSettingsKeySettings gnome(Family::Gnome, m_schemas.path());
     QVERIFY(gnome.schemaInstalled());
     QCOMPARE(
-        texts(gnome.bindings(Action::VolumeUpPrecise)),
+        FakeDesktopKeySettings::texts(gnome.bindings(Action::VolumeUpPrecise)),
         (QStringList{QStringLiteral("Shift+Volume Up"), QStringLiteral("Ctrl+Shift+Volume Up")}));
-    QCOMPARE(texts(gnome.bindings(Action::VolumeDownPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::VolumeDownPrecise)),
              (QStringList{QStringLiteral("Shift+Volume Down"),
                           QStringLiteral("Ctrl+Shift+Volume Down")}));
     QVERIFY(gnome.bindings(Action::BrightnessUpPrecise).isEmpty());
     QVERIFY(gnome.bindings(Action::BrightnessDownPrecise).isEmpty());
-    QCOMPARE(texts(gnome.bindings(Action::ScreenshotRegion)), QStringList{QStringLiteral("Print")});
-    QCOMPARE(texts(gnome.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::ScreenshotRegion)),
+             QStringList{QStringLiteral("Print")});
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
-    QCOMPARE(texts(gnome.bindings(Action::MediaPlay)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::MediaPlay)),
              (QStringList{QStringLiteral("Play"), QStringLiteral("Ctrl+Play")}));
-    QCOMPARE(texts(gnome.bindings(Action::MediaNext)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::MediaNext)),
              (QStringList{QStringLiteral("Next"), QStringLiteral("Ctrl+Next")}));
-    QCOMPARE(texts(gnome.bindings(Action::MediaPrevious)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::MediaPrevious)),
              (QStringList{QStringLiteral("Previous"), QStringLiteral("Ctrl+Previous")}));
 }
 
@@ -172,13 +167,15 @@ void TestGSettingsKeySettings::cinnamonReadsItsDefaults()
     QVERIFY(cinnamon.schemaInstalled());
     QVERIFY(cinnamon.bindings(Action::VolumeUpPrecise).isEmpty());
     QVERIFY(cinnamon.bindings(Action::BrightnessDownPrecise).isEmpty());
-    QCOMPARE(texts(cinnamon.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Shift+Print")});
-    QCOMPARE(texts(cinnamon.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
-    QCOMPARE(texts(cinnamon.bindings(Action::MediaPlay)), QStringList{QStringLiteral("Play")});
-    QCOMPARE(texts(cinnamon.bindings(Action::MediaNext)), QStringList{QStringLiteral("Next")});
-    QCOMPARE(texts(cinnamon.bindings(Action::MediaPrevious)),
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::MediaPlay)),
+             QStringList{QStringLiteral("Play")});
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::MediaNext)),
+             QStringList{QStringLiteral("Next")});
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::MediaPrevious)),
              QStringList{QStringLiteral("Previous")});
 }
 
@@ -187,9 +184,12 @@ void TestGSettingsKeySettings::mateReadsItsDefaults()
     const GSettingsKeySettings mate(Family::Mate, m_schemas.path());
     QVERIFY(mate.schemaInstalled());
     // MATE keeps one accelerator per key, as a plain string.
-    QCOMPARE(texts(mate.bindings(Action::MediaPlay)), QStringList{QStringLiteral("Play")});
-    QCOMPARE(texts(mate.bindings(Action::MediaNext)), QStringList{QStringLiteral("Next")});
-    QCOMPARE(texts(mate.bindings(Action::MediaPrevious)), QStringList{QStringLiteral("Previous")});
+    QCOMPARE(FakeDesktopKeySettings::texts(mate.bindings(Action::MediaPlay)),
+             QStringList{QStringLiteral("Play")});
+    QCOMPARE(FakeDesktopKeySettings::texts(mate.bindings(Action::MediaNext)),
+             QStringList{QStringLiteral("Next")});
+    QCOMPARE(FakeDesktopKeySettings::texts(mate.bindings(Action::MediaPrevious)),
+             QStringList{QStringLiteral("Previous")});
     QVERIFY(mate.bindings(Action::VolumeUpPrecise).isEmpty());
     QVERIFY(mate.bindings(Action::ScreenshotRegion).isEmpty());
     // The window manager's schema is not among the compiled ones: no window capture to name.
@@ -198,7 +198,8 @@ void TestGSettingsKeySettings::mateReadsItsDefaults()
     writeString("org.mate.SettingsDaemon.plugins.media-keys", "next", QStringLiteral("disabled"));
     QVERIFY(mate.bindings(Action::MediaNext).isEmpty());
     writeString("org.mate.SettingsDaemon.plugins.media-keys", "next", QStringLiteral("<Mod4>n"));
-    QCOMPARE(texts(mate.bindings(Action::MediaNext)), QStringList{QStringLiteral("Super+N")});
+    QCOMPARE(FakeDesktopKeySettings::texts(mate.bindings(Action::MediaNext)),
+             QStringList{QStringLiteral("Super+N")});
 }
 
 void TestGSettingsKeySettings::changedValuesAreReadAtOnce()
@@ -207,12 +208,12 @@ void TestGSettingsKeySettings::changedValuesAreReadAtOnce()
     // The user's own binding comes first, then the fixed ones.
     write("org.gnome.settings-daemon.plugins.media-keys", "volume-up-precise",
           {QStringLiteral("<Super>XF86AudioRaiseVolume")});
-    QCOMPARE(texts(gnome.bindings(Action::VolumeUpPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::VolumeUpPrecise)),
              (QStringList{QStringLiteral("Super+Volume Up"), QStringLiteral("Shift+Volume Up"),
                           QStringLiteral("Ctrl+Shift+Volume Up")}));
     write("org.gnome.shell.keybindings", "screenshot-window",
           {QStringLiteral("<Primary><Alt>w"), QStringLiteral("<Alt>Print")});
-    QCOMPARE(texts(gnome.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::ScreenshotWindow)),
              (QStringList{QStringLiteral("Ctrl+Alt+W"), QStringLiteral("Alt+Print")}));
 }
 
@@ -228,7 +229,7 @@ void TestGSettingsKeySettings::emptiedValuesReadAsNoBinding()
     write(
         "org.gnome.shell.keybindings", "show-screenshot-ui",
         {QStringLiteral("<Hyper>Print"), QStringLiteral("<Shift"), QStringLiteral("<Ctrl>Print")});
-    QCOMPARE(texts(gnome.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(gnome.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Ctrl+Print")});
 }
 
@@ -256,14 +257,14 @@ void TestGSettingsKeySettings::desktopFallsBackToTheInstalledSchema()
     sources.currentDesktop = QStringLiteral("X-Cinnamon");
     const CurrentDesktopKeySettings cinnamon(sources);
     QCOMPARE(cinnamon.family(), CurrentDesktopKeySettings::Family::Cinnamon);
-    QCOMPARE(texts(cinnamon.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(cinnamon.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Shift+Print")});
 
     // Not named: the first desktop whose settings are there, GNOME's schemas here.
     sources.currentDesktop = QStringLiteral("openbox");
     const CurrentDesktopKeySettings unnamed(sources);
     QCOMPARE(unnamed.family(), CurrentDesktopKeySettings::Family::Gnome);
-    QCOMPARE(texts(unnamed.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(unnamed.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Print")});
 
     // Nothing at all: no bindings.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "FakeDesktopKeySettings.h"
 #include "platform/keysettings/KdeGlobalShortcuts.h"
 
 #include <QFile>
@@ -6,17 +7,10 @@
 #include <QtTest>
 
 using namespace Tessaline;
+using Tessaline::Testing::FakeDesktopKeySettings;
 using Action = DesktopKeySettings::Action;
 
 namespace {
-
-QStringList texts(const QList<DesktopKeyBinding>& bindings)
-{
-    QStringList result;
-    for (const DesktopKeyBinding& binding : bindings)
-        result.append(binding.text());
-    return result;
-}
 
 // Entries as Plasma 6 writes them for its out-of-the-box shortcuts, among others it keeps.
 const char* const kPlasmaFile = R"([ActivityManager]
@@ -93,21 +87,24 @@ void TestKdeGlobalShortcuts::readsPlasmasShortcuts()
 {
     writeFile(kPlasmaFile);
     const KdeGlobalShortcuts kde(path());
-    QCOMPARE(texts(kde.bindings(Action::VolumeUpPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::VolumeUpPrecise)),
              QStringList{QStringLiteral("Shift+Volume Up")});
-    QCOMPARE(texts(kde.bindings(Action::VolumeDownPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::VolumeDownPrecise)),
              QStringList{QStringLiteral("Shift+Volume Down")});
-    QCOMPARE(texts(kde.bindings(Action::BrightnessUpPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::BrightnessUpPrecise)),
              QStringList{QStringLiteral("Shift+Brightness Up")});
-    QCOMPARE(texts(kde.bindings(Action::BrightnessDownPrecise)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::BrightnessDownPrecise)),
              QStringList{QStringLiteral("Shift+Brightness Down")});
-    QCOMPARE(texts(kde.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Super+Shift+Print")});
-    QCOMPARE(texts(kde.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Super+Print")});
-    QCOMPARE(texts(kde.bindings(Action::MediaPlay)), QStringList{QStringLiteral("Play")});
-    QCOMPARE(texts(kde.bindings(Action::MediaNext)), QStringList{QStringLiteral("Next")});
-    QCOMPARE(texts(kde.bindings(Action::MediaPrevious)), QStringList{QStringLiteral("Previous")});
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::MediaPlay)),
+             QStringList{QStringLiteral("Play")});
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::MediaNext)),
+             QStringList{QStringLiteral("Next")});
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::MediaPrevious)),
+             QStringList{QStringLiteral("Previous")});
 }
 
 void TestKdeGlobalShortcuts::userChangesAreReadAtOnce()
@@ -122,9 +119,9 @@ void TestKdeGlobalShortcuts::userChangesAreReadAtOnce()
                  "RectangularRegionScreenShot=Ctrl+Alt+R\\tMeta+Shift+Print,");
     text.replace("ActiveWindowScreenShot=Meta+Print,", "ActiveWindowScreenShot=Alt+Print,");
     writeFile(text);
-    QCOMPARE(texts(kde.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::ScreenshotRegion)),
              (QStringList{QStringLiteral("Ctrl+Alt+R"), QStringLiteral("Super+Shift+Print")}));
-    QCOMPARE(texts(kde.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
 }
 
@@ -203,7 +200,8 @@ void TestKdeGlobalShortcuts::defaultFileIsInTheUsersConfigFolder()
     qputenv("XDG_CONFIG_HOME", before);
     QCOMPARE(kde.file(), path());
     writeFile(kPlasmaFile);
-    QCOMPARE(texts(kde.bindings(Action::MediaPlay)), QStringList{QStringLiteral("Play")});
+    QCOMPARE(FakeDesktopKeySettings::texts(kde.bindings(Action::MediaPlay)),
+             QStringList{QStringLiteral("Play")});
 }
 
 QTEST_GUILESS_MAIN(TestKdeGlobalShortcuts)

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "FakeDesktopKeySettings.h"
 #include "platform/keysettings/XfconfKeySettings.h"
 
 #include <QDir>
@@ -7,17 +8,10 @@
 #include <QtTest>
 
 using namespace Tessaline;
+using Tessaline::Testing::FakeDesktopKeySettings;
 using Action = DesktopKeySettings::Action;
 
 namespace {
-
-QStringList texts(const QList<DesktopKeyBinding>& bindings)
-{
-    QStringList result;
-    for (const DesktopKeyBinding& binding : bindings)
-        result.append(binding.text());
-    return result;
-}
 
 // The channel as Xfce 4.18 ships it (commands part, shortened), in its settings store's XML.
 const char* const kSystemChannel = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -102,10 +96,10 @@ QString TestXfconfKeySettings::writeFile(const QString& name, const QByteArray& 
 void TestXfconfKeySettings::systemDefaultsNameTheScreenshooter()
 {
     const XfconfKeySettings xfce({writeFile(QStringLiteral("system.xml"), kSystemChannel)});
-    QCOMPARE(texts(xfce.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Shift+Print")});
     // The window manager's own "<Alt>Print" entry is not a command and does not count twice.
-    QCOMPARE(texts(xfce.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
     for (const Action action : {Action::VolumeUpPrecise, Action::VolumeDownPrecise,
                                 Action::BrightnessUpPrecise, Action::BrightnessDownPrecise,
@@ -117,12 +111,14 @@ void TestXfconfKeySettings::usersCustomListWins()
 {
     const XfconfKeySettings xfce({writeFile(QStringLiteral("user.xml"), kUserChannel),
                                   writeFile(QStringLiteral("system.xml"), kSystemChannel)});
-    QCOMPARE(texts(xfce.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Ctrl+Shift+R")});
-    QCOMPARE(texts(xfce.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
-    QCOMPARE(texts(xfce.bindings(Action::MediaPlay)), QStringList{QStringLiteral("Play")});
-    QCOMPARE(texts(xfce.bindings(Action::MediaNext)), QStringList{QStringLiteral("Next")});
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::MediaPlay)),
+             QStringList{QStringLiteral("Play")});
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::MediaNext)),
+             QStringList{QStringLiteral("Next")});
     QVERIFY(xfce.bindings(Action::MediaPrevious).isEmpty());
 }
 
@@ -135,7 +131,7 @@ void TestXfconfKeySettings::missingOrBrokenFilesHaveNoBindings()
     // A broken user file leaves the system's defaults in force.
     const XfconfKeySettings fallback({writeFile(QStringLiteral("broken.xml"), "<channel>"),
                                       writeFile(QStringLiteral("system.xml"), kSystemChannel)});
-    QCOMPARE(texts(fallback.bindings(Action::ScreenshotRegion)),
+    QCOMPARE(FakeDesktopKeySettings::texts(fallback.bindings(Action::ScreenshotRegion)),
              QStringList{QStringLiteral("Shift+Print")});
 }
 
@@ -156,7 +152,7 @@ void TestXfconfKeySettings::defaultFilesAreTheUsersThenTheSystems()
                      m_dir->filePath(QStringLiteral("a")) + XfconfKeySettings::channelPath(),
                      m_dir->filePath(QStringLiteral("b")) + XfconfKeySettings::channelPath()}));
     writeFile(QStringLiteral("b") + XfconfKeySettings::channelPath(), kSystemChannel);
-    QCOMPARE(texts(xfce.bindings(Action::ScreenshotWindow)),
+    QCOMPARE(FakeDesktopKeySettings::texts(xfce.bindings(Action::ScreenshotWindow)),
              QStringList{QStringLiteral("Alt+Print")});
 }
 
