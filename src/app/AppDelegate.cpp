@@ -56,7 +56,7 @@ AppDelegate::AppDelegate(Platform platform, QObject* parent)
                                                      platform.elements, platform.alerts)),
       m_coachTipController(std::make_unique<CoachTipController>(
           platform.defaults, platform.clock, platform.scheduler, platform.keyMonitor,
-          platform.tipPresenter)),
+          platform.tipPresenter, platform.keySettings)),
       m_windowPresenter(std::make_unique<AppWindowPresenter>(platform.engine, platform.defaults))
 {}
 

@@ -25,6 +25,7 @@ class Clock;
 class CoachTipController;
 class CoachTipPresenter;
 class DefaultsStore;
+class DesktopKeySettings;
 class FrontmostAppTracker;
 class HotkeyManager;
 class KeyInjector;
@@ -59,6 +60,7 @@ public:
         Scheduler& scheduler;
         DefaultsStore& defaults;
         QQmlEngine& engine;
+        const DesktopKeySettings& keySettings;
     };
 
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);

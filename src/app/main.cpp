@@ -57,7 +57,8 @@ int main(int argc, char** argv)
     AppDelegate delegate(AppDelegate::Platform{
         *platform->workspace, *platform->trust, *platform->elements, *platform->alerts,
         *platform->keyMonitor, tipPresenter, *platform->clipboard, *platform->keyInjector,
-        *platform->windowHints, *platform->clock, *platform->scheduler, defaults, engine});
+        *platform->windowHints, *platform->clock, *platform->scheduler, defaults, engine,
+        *platform->keySettings});
     ControlInterface control(delegate);
     if (!control.registerOnSessionBus()) {
         // Another Tessaline runs: show its HUD instead of a second tray icon (at login, leave

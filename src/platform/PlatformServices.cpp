@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PlatformServices.h"
+#include "platform/keysettings/CurrentDesktopKeySettings.h"
 
 #include "LogCategories.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
@@ -11,6 +12,7 @@
 #include "platform/inert/InertKeyMonitor.h"
 #include "platform/inert/InertWindowHints.h"
 #include "platform/inert/InertWorkspace.h"
+#include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/x11/X11Connection.h"
@@ -70,6 +72,8 @@ std::unique_ptr<PlatformServices> createPlatformServices()
     services->clipboard = std::make_unique<ClipboardAdapter>();
     services->clock = std::make_unique<SystemClock>();
     services->scheduler = std::make_unique<TimerScheduler>();
+    // Desktop settings files and GSettings: the same on X11 and elsewhere.
+    services->keySettings = std::make_unique<CurrentDesktopKeySettings>();
 
     if (X11Connection::isAvailable())
         addX11Services(*services);

@@ -7,6 +7,7 @@
 #include "platform/AppIconLookup.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
+#include "platform/DesktopKeySettings.h"
 #include "platform/KeyInjector.h"
 #include "platform/Scheduler.h"
 #include "platform/SystemKeyMonitor.h"
@@ -45,6 +46,8 @@ struct PlatformServices
     std::unique_ptr<HotKey::HotKeyService> hotKeys;
     std::unique_ptr<WindowHints> windowHints;
     std::unique_ptr<AppIconLookup> appIcons;
+    /// The desktop's own key bindings, which the coach tips name.
+    std::unique_ptr<DesktopKeySettings> keySettings;
 };
 
 /// Looks at the session once and builds its services: on X11 (Qt's platform really is xcb)

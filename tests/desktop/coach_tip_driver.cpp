@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Runs the coach tips as the application does (controller, XInput2 key monitor, QML panel,
-// the user's defaults file) and reports on stdout what happens, one line per fact, so that a
-// desktop test can drive it with xdotool and check the outcome.
+// the user's defaults file, the desktop's own key settings) and reports on stdout what happens, one
+// line per fact, so that a desktop test can drive it with xdotool and check the outcome.
 //
 //   coach-tip-driver [--clock-offset SECONDS] [--own-window]
 //
@@ -9,13 +9,15 @@
 // --own-window also shows an ordinary window of this process, to check that keys typed into
 // it are not seen.
 //
-// Lines: "monitoring", "event keydown flags=0x... chars=...", "event system subtype=...
-// data1=0x...", "shown <tip id>", "panel <tip id> <x> <y> <w> <h>", "button <name> <x> <y>"
-// (screen coordinates of a button's centre), "closed". SIGTERM quits cleanly.
+// Lines: "monitoring", "event keydown flags=0x... chars=... key=...", "event system
+// subtype=... data1=0x...", "shown <tip id>", "panel <tip id> <x> <y> <w> <h>", "message <tip
+// id> <text>" (the message as the panel shows it), "button <name> <x> <y>" (screen coordinates
+// of a button's centre), "closed". SIGTERM quits cleanly.
 #include "CoachTipPanelPresenter.h"
 #include "coach/CoachTipController.h"
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
+#include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/x11/XInputKeyMonitor.h"
 #include "settings/DefaultsStore.h"
 
@@ -68,9 +70,10 @@ public:
     {
         return m_inner.start([handler](const SystemKeyEvent& event) {
             if (event.type == SystemKeyEvent::Type::KeyDown) {
-                say(QStringLiteral("event keydown flags=0x%1 chars=%2")
+                say(QStringLiteral("event keydown flags=0x%1 chars=%2 key=%3")
                         .arg(event.modifierFlags, 0, 16)
-                        .arg(event.charactersIgnoringModifiers.value_or(QStringLiteral("<none>"))));
+                        .arg(event.charactersIgnoringModifiers.value_or(QStringLiteral("<none>")),
+                             event.keyName));
             } else {
                 say(QStringLiteral("event system subtype=%1 data1=0x%2")
                         .arg(event.subtype)
@@ -108,6 +111,10 @@ void reportPanel(const CoachTipController& controller, const CoachTipPanelPresen
                                          ? window->rootObject()->findChildren<QQuickItem*>()
                                          : QList<QQuickItem*>();
     for (QQuickItem* item : items) {
+        if (item->objectName() == QLatin1String("message")) {
+            say(QStringLiteral("message %1 %2")
+                    .arg(controller.shownTipId(), item->property("text").toString()));
+        }
         if (!item->objectName().endsWith(QLatin1String("Button")))
             continue;
         const QPointF centre = item->mapToGlobal(QPointF(item->width() / 2, item->height() / 2));
@@ -158,7 +165,8 @@ int run(QGuiApplication& app, double clockOffset, bool showOwnWindow)
     XInputKeyMonitor x11Monitor;
     ReportingMonitor monitor(x11Monitor);
     CoachTipPanelPresenter presenter;
-    CoachTipController controller(defaults, clock, scheduler, monitor, presenter);
+    CurrentDesktopKeySettings keySettings;
+    CoachTipController controller(defaults, clock, scheduler, monitor, presenter, keySettings);
 
     QObject::connect(&controller, &CoachTipController::tipShown, &app, [&](const QString& tipId) {
         say(QStringLiteral("shown ") + tipId);

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
 # End-to-end check of the coach tips on a real X server: keys sent with xdotool (through XTEST,
 # like a keyboard) reach the XInput2 monitor, the right tip appears in the bottom-right corner
-# without taking the focus, the eight-hour rule and "Don't show again" hold across a restart,
-# and releases, the mute key, Super+Shift+5 and keys typed into our own window show nothing.
+# without taking the focus and names the bindings GNOME's real GSettings hold at that moment,
+# the eight-hour rule and "Don't show again" hold across a restart, and releases, the mute key,
+# the old Super+Shift+4 chord, keys typed into our own window and keys the desktop has no
+# binding to name show nothing. Changing and removing a binding with `gsettings set` changes
+# what the running driver says.
 #
 # Runs inside scripts/desktop-session. COACH_SCREENSHOT_DIR, when set, receives the screenshots.
 set -euo pipefail
@@ -13,6 +16,15 @@ work=$(mktemp -d "${TESSALINE_SESSION_DIR:-/tmp}/coach.XXXXXX")
 export QT_QUICK_BACKEND=software
 export XDG_CONFIG_HOME="$work/config"
 defaults_file="$XDG_CONFIG_HOME/Tessaline/defaults.json"
+# A GNOME session as far as key settings go: the schemas installed by scripts/deps, the values
+# in a key file of this run's own, shared by gsettings and the driver.
+export XDG_CURRENT_DESKTOP=GNOME
+export GSETTINGS_BACKEND=keyfile
+media_keys=org.gnome.settings-daemon.plugins.media-keys
+gsettings list-keys "$media_keys" >/dev/null \
+    || { echo "the GNOME media-keys schema is missing: run scripts/deps" >&2; exit 1; }
+gsettings list-keys org.gnome.shell.keybindings >/dev/null \
+    || { echo "the GNOME shell schema is missing: run scripts/deps" >&2; exit 1; }
 log="$work/driver.log"
 driver_pid=
 failures=0
@@ -75,6 +87,23 @@ stop_driver() {
 send_keys() {
     mark=$(line_count)
     xdotool "$@"
+}
+
+# check_message MARK TIP TEXT: the panel of TIP shows exactly TEXT.
+check_message() {
+    local shown
+    if wait_for_line "$1" "^message $2 " 5; then
+        shown=$(tail -n +"$(($1 + 1))" "$log" | grep -m 1 "^message $2 " | cut -d' ' -f3-)
+        [[ "$shown" == "$3" ]] && pass "$2 says \"$3\"" \
+            || fail "$2 says \"$shown\", expected \"$3\""
+    else
+        fail "no message of $2 reported"
+    fi
+}
+
+# no_tip_recorded TIP: the defaults file holds no shown time of TIP.
+no_tip_recorded() {
+    ! grep -q "\"CoachTip.lastShown.$1\"" "$defaults_file"
 }
 
 panel_window() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1; }
@@ -141,6 +170,8 @@ if wait_for_line "$mark" '^shown volume-precision$' 5 && wait_for_line "$mark" '
 else
     fail "volume up showed no tip"
 fi
+check_message "$mark" volume-precision \
+    "Shift+Volume Up and Shift+Volume Down change the volume in smaller steps."
 window=$(panel_window "Tiny volume steps")
 if [[ -n "$window" ]]; then
     geometry=$(window_geometry "$window")
@@ -183,47 +214,62 @@ wait_for_line "$mark" '^event system subtype=8 data1=0x70b00$' 5 \
     || fail "mute was not seen by the monitor"
 no_line_for "$mark" '^shown ' 1 && pass "mute shows nothing" || fail "mute showed a tip"
 
-# Super+Shift+5 is not a screenshot chord here; 3 and 4 are.
-send_keys key super+shift+5
-wait_for_line "$mark" '^event keydown flags=0x120000 chars=5$' 5 \
-    || fail "Super+Shift+5 was not seen as Command+Shift+5"
-no_line_for "$mark" '^shown ' 1 && pass "Super+Shift+5 shows nothing" \
-    || fail "Super+Shift+5 showed a tip"
-
+# The old screenshot chord is an ordinary key combination here.
 send_keys key super+shift+4
-wait_for_line "$mark" '^event keydown flags=0x120000 chars=4$' 5 \
-    || fail "Super+Shift+4 was not seen as Command+Shift+4"
+wait_for_line "$mark" '^event keydown flags=0x120000 chars=4 key=4$' 5 \
+    || fail "Super+Shift+4 was not seen as Super+Shift+4"
+no_line_for "$mark" '^shown ' 1 && pass "Super+Shift+4 shows nothing" \
+    || fail "Super+Shift+4 showed a tip"
+
+# GNOME binds no smaller brightness step: no tip, and no shown time either.
+send_keys key XF86MonBrightnessUp
+wait_for_line "$mark" '^event system subtype=8 data1=0x20a00$' 5 \
+    || fail "brightness up was not seen by the monitor"
+no_line_for "$mark" '^shown ' 1 && pass "brightness up shows nothing on GNOME" \
+    || fail "brightness up showed a tip on GNOME"
+
+# Print with any modifier is the screenshot key; the tip names GNOME's bindings. (Shift+Print,
+# because openbox itself grabs Print and Alt+Print, which would take the focus for a moment.)
+send_keys key shift+Print
+wait_for_line "$mark" '^event keydown flags=0x20000 chars=<none> key=Print$' 5 \
+    || fail "Shift+Print was not seen as the Print key"
 if wait_for_line "$mark" '^shown screenshot-toolbar$' 5 && wait_for_line "$mark" '^panel screenshot-toolbar ' 5; then
-    pass "Super+Shift+4 shows the screenshot tip"
+    pass "Shift+Print shows the screenshot tip"
 else
-    fail "Super+Shift+4 showed no screenshot tip"
+    fail "Shift+Print showed no screenshot tip"
 fi
+check_message "$mark" screenshot-toolbar \
+    "Print lets you pick a region to capture; Alt+Print captures the active window."
 [[ -n "$(panel_window "Screenshot toolbar")" ]] || fail "no \"Screenshot toolbar\" window"
 check_focus_kept "screenshot tip"
 check_panel_drawn "$(screenshot coach-screenshot-tip)" "screenshot tip"
 
 # A newer tip replaces the one on screen; "Don't show again" on it is remembered.
-send_keys key XF86MonBrightnessUp
-if wait_for_line "$mark" '^panel brightness-precision ' 5; then
-    pass "brightness up shows the brightness tip"
+send_keys key XF86AudioPlay
+if wait_for_line "$mark" '^panel media-keys ' 5; then
+    pass "play shows the media tip"
 else
-    fail "brightness up showed no tip"
+    fail "play showed no tip"
 fi
+check_message "$mark" media-keys \
+    "Play/pause and skip usually work even when the player is in the background."
 sleep 0.3
-[[ -z "$(panel_window "Screenshot toolbar")" ]] && pass "the brightness tip replaced the screenshot tip" \
+[[ -z "$(panel_window "Screenshot toolbar")" ]] && pass "the media tip replaced the screenshot tip" \
     || fail "the screenshot tip is still on screen"
-screenshot coach-brightness-tip >/dev/null
+screenshot coach-media-tip >/dev/null
 read -r button_x button_y < <(tail -n +"$((mark + 1))" "$log" | awk '/^button neverShowButton/ {print $3, $4; exit}')
 mark=$(line_count)
 xdotool mousemove --sync "$button_x" "$button_y" click 1
 wait_for_line "$mark" '^closed$' 5 && pass "\"Don't show again\" closes the panel" \
     || fail "\"Don't show again\" did not close the panel"
 sleep 0.3
-[[ -z "$(panel_window "Tiny brightness steps")" ]] || fail "brightness panel still on screen"
+[[ -z "$(panel_window "Media keys are global")" ]] || fail "media panel still on screen"
 stop_driver
-grep -A2 '"CoachTip.dismissed.brightness-precision"' "$defaults_file" | grep -q '"value": true' \
+grep -A2 '"CoachTip.dismissed.media-keys"' "$defaults_file" | grep -q '"value": true' \
     && pass "the dismissal is stored in $defaults_file" \
     || fail "no dismissal stored in $defaults_file"
+no_tip_recorded brightness-precision && pass "the brightness tip that never showed has no shown time" \
+    || fail "a shown time was stored for the brightness tip"
 
 # --- Second run, nine hours later by the clock, same defaults ---------------------------------
 # A key already held when the monitor starts: only its release is seen, and a release never
@@ -250,21 +296,40 @@ no_line_for "$mark" '^(event|shown) ' 1.5 && pass "keys sent to our own window a
 xdotool windowactivate --sync "$xterm_window"
 sleep 0.3
 
-send_keys key XF86MonBrightnessUp
-wait_for_line "$mark" '^event system subtype=8 data1=0x20a00$' 5 \
-    || fail "brightness up was not seen after the restart"
-no_line_for "$mark" '^shown ' 1 && pass "\"Don't show again\" survives a restart" \
-    || fail "the dismissed brightness tip showed again"
-
-send_keys key XF86AudioRaiseVolume
-wait_for_line "$mark" '^shown volume-precision$' 5 && pass "eight hours later the volume tip shows again" \
-    || fail "the volume tip did not show after eight hours"
 send_keys key XF86AudioNext
-wait_for_line "$mark" '^shown media-keys$' 5 && pass "the next key shows the media tip" \
-    || fail "the next key showed no media tip"
-wait_for_line "$mark" '^panel media-keys ' 5 || true
-screenshot coach-media-tip >/dev/null
+wait_for_line "$mark" '^event system subtype=8 data1=0x110a00$' 5 \
+    || fail "the next key was not seen after the restart"
+no_line_for "$mark" '^shown ' 1 && pass "\"Don't show again\" survives a restart" \
+    || fail "the dismissed media tip showed again"
+
+# The user removes the smaller volume steps: eight hours later the volume key shows nothing.
+shown_before=$(grep -A2 '"CoachTip.lastShown.volume-precision"' "$defaults_file")
+gsettings set "$media_keys" volume-up-precise-static "[]"
+gsettings set "$media_keys" volume-down-precise-static "[]"
+[[ "$(gsettings get "$media_keys" volume-up-precise-static)" == "@as []" ]] \
+    || fail "gsettings did not store the emptied binding"
+sleep 1.5 # the driver's settings backend notices the changed key file
+send_keys key XF86AudioRaiseVolume
+wait_for_line "$mark" '^event system subtype=8 data1=0xa00$' 5 \
+    || fail "volume up was not seen after the restart"
+no_line_for "$mark" '^shown ' 1 && pass "without a smaller-step binding volume up shows nothing" \
+    || fail "the volume tip showed without a binding to name"
+
+# Bound again, differently: the next press names the new binding.
+gsettings set "$media_keys" volume-up-precise-static "['<Super>XF86AudioRaiseVolume']"
+sleep 1.5
+send_keys key XF86AudioLowerVolume
+if wait_for_line "$mark" '^shown volume-precision$' 5; then
+    pass "with the binding back the volume tip shows again"
+else
+    fail "the volume tip did not show after its binding came back"
+fi
+check_message "$mark" volume-precision "Super+Volume Up raises the volume in a smaller step."
+screenshot coach-volume-rebound-tip >/dev/null
 stop_driver
+[[ "$(grep -A2 '"CoachTip.lastShown.volume-precision"' "$defaults_file")" != "$shown_before" ]] \
+    && pass "the rebound volume tip stored its new shown time" \
+    || fail "the volume tip's shown time did not move"
 
 if ((failures > 0)); then
     echo "$failures check(s) failed; driver log:" >&2

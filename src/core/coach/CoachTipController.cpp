@@ -16,13 +16,17 @@ constexpr QRect kFallbackScreen(0, 0, 1440, 900);
 // Key types above this one are never auxiliary control buttons that a tip cares about.
 constexpr int kHighestKeyType = 18;
 
+// The key that starts the desktop's screenshot tools, whatever modifiers are held with it.
+constexpr QLatin1String kPrintKeyName("Print");
+
 } // namespace
 
 CoachTipController::CoachTipController(DefaultsStore& defaults, const Clock& clock,
                                        Scheduler& scheduler, SystemKeyMonitor& monitor,
-                                       CoachTipPresenter& presenter, QObject* parent)
+                                       CoachTipPresenter& presenter,
+                                       const DesktopKeySettings& keySettings, QObject* parent)
     : QObject(parent), m_defaults(defaults), m_clock(clock), m_scheduler(scheduler),
-      m_monitor(monitor), m_presenter(presenter)
+      m_monitor(monitor), m_presenter(presenter), m_keySettings(keySettings)
 {}
 
 CoachTipController::~CoachTipController()
@@ -90,16 +94,11 @@ void CoachTipController::route(const SystemKeyEvent& event)
     case SystemKeyEvent::Type::SystemDefined:
         handleSystemDefined(event);
         return;
-    case SystemKeyEvent::Type::KeyDown: {
-        // Only Command and Shift are required; further modifiers do not matter.
-        constexpr quint64 required = SystemKeyEvent::Command | SystemKeyEvent::Shift;
-        if ((event.modifierFlags & required) != required)
-            return;
-        const QString characters = event.charactersIgnoringModifiers.value_or(QString());
-        if (characters == QLatin1String("3") || characters == QLatin1String("4"))
-            showIfAllowed(CoachTip::screenshotToolbar());
+    case SystemKeyEvent::Type::KeyDown:
+        // Modifiers are not examined: Print, Shift+Print and Alt+Print all start a screenshot.
+        if (event.keyName == kPrintKeyName)
+            showIfAllowed(CoachTip::Kind::ScreenshotToolbar);
         return;
-    }
     }
 }
 
@@ -112,38 +111,45 @@ void CoachTipController::handleSystemDefined(const SystemKeyEvent& event)
     const int keyState = static_cast<int>((data >> 8) & 0xFF);
     if (keyState != SystemKeyEvent::kKeyStateDown || keyType > kHighestKeyType)
         return;
-    // Modifiers are not examined: the tip also shows when Option and Shift are already held.
+    // Modifiers are not examined: the tip also shows when the smaller-step modifiers are
+    // already held.
     switch (keyType) {
     case SystemKeyEvent::Play:
     case SystemKeyEvent::Next:
     case SystemKeyEvent::Previous:
-        showIfAllowed(CoachTip::mediaKeys());
+        showIfAllowed(CoachTip::Kind::MediaKeys);
         return;
     case SystemKeyEvent::SoundUp:
     case SystemKeyEvent::SoundDown:
-        showIfAllowed(CoachTip::volumePrecision());
+        showIfAllowed(CoachTip::Kind::VolumePrecision);
         return;
     case SystemKeyEvent::BrightnessUp:
     case SystemKeyEvent::BrightnessDown:
-        showIfAllowed(CoachTip::brightnessPrecision());
+        showIfAllowed(CoachTip::Kind::BrightnessPrecision);
         return;
     default:
         return;
     }
 }
 
-void CoachTipController::showIfAllowed(const CoachTip& tip)
+void CoachTipController::showIfAllowed(CoachTip::Kind kind)
 {
-    if (m_defaults.boolValue(dismissedKey(tip.id)).value_or(false))
+    const QString tipId = CoachTip::idOf(kind);
+    if (m_defaults.boolValue(dismissedKey(tipId)).value_or(false))
         return;
     const double now = m_clock.now();
-    const double lastShown = m_defaults.doubleValue(lastShownKey(tip.id)).value_or(0.0);
+    const double lastShown = m_defaults.doubleValue(lastShownKey(tipId)).value_or(0.0);
     // Strict: exactly eight hours after the last showing the tip may show again.
     if (lastShown > 0 && now - lastShown < minimumRepeatInterval)
         return;
+    // The desktop's bindings are read now, so the tip names what is bound at this moment. A
+    // desktop without a binding to name gets no tip, and nothing is recorded as shown.
+    const std::optional<CoachTip> tip = CoachTip::compose(kind, m_keySettings);
+    if (!tip)
+        return;
     // Recorded before the panel appears, so a tip closed at once still waits eight hours.
-    m_defaults.setDouble(lastShownKey(tip.id), now);
-    show(tip);
+    m_defaults.setDouble(lastShownKey(tipId), now);
+    show(*tip);
 }
 
 void CoachTipController::show(const CoachTip& tip)

@@ -14,11 +14,13 @@ namespace Tessaline {
 
 class Clock;
 class DefaultsStore;
+class DesktopKeySettings;
 class Scheduler;
 
 /// Shows a coach tip in the bottom-right corner of the screen when the user presses the volume,
-/// brightness, media or screenshot keys: each tip at most once every eight hours, never again
-/// after "Don't show again", and for nine seconds at most.
+/// brightness, media or Print keys: each tip at most once every eight hours, never again after
+/// "Don't show again", for nine seconds at most, and only when the desktop really has a
+/// binding the tip can name.
 class CoachTipController : public QObject
 {
     Q_OBJECT
@@ -37,7 +39,7 @@ public:
 
     CoachTipController(DefaultsStore& defaults, const Clock& clock, Scheduler& scheduler,
                        SystemKeyMonitor& monitor, CoachTipPresenter& presenter,
-                       QObject* parent = nullptr);
+                       const DesktopKeySettings& keySettings, QObject* parent = nullptr);
     ~CoachTipController() override;
 
     /// Installs the key monitor unless it is installed already.
@@ -67,7 +69,7 @@ signals:
 private:
     void route(const SystemKeyEvent& event);
     void handleSystemDefined(const SystemKeyEvent& event);
-    void showIfAllowed(const CoachTip& tip);
+    void showIfAllowed(CoachTip::Kind kind);
     void show(const CoachTip& tip);
     void closePanel();
     void setPanel(std::optional<CoachTipPresenter::PanelId> panel, const QString& tipId);
@@ -77,6 +79,7 @@ private:
     Scheduler& m_scheduler;
     SystemKeyMonitor& m_monitor;
     CoachTipPresenter& m_presenter;
+    const DesktopKeySettings& m_keySettings;
     bool m_monitoring = false;
     std::optional<CoachTipPresenter::PanelId> m_panel;
     QString m_shownTipId;

@@ -54,16 +54,21 @@ struct SystemKeyEvent
     /// Key-down only: the characters of the key with no modifier applied; absent for keys
     /// that produce none.
     std::optional<QString> charactersIgnoringModifiers;
+    /// Key-down only: the name of the key with no modifier applied, as the keyboard layout
+    /// names it ("Print", "a", "F5"); empty when unknown.
+    QString keyName;
     /// System-defined only.
     qint16 subtype = 0;
     qint64 data1 = 0;
 
-    static SystemKeyEvent keyDown(quint64 modifierFlags, std::optional<QString> characters)
+    static SystemKeyEvent keyDown(quint64 modifierFlags, std::optional<QString> characters,
+                                  QString keyName = QString())
     {
         SystemKeyEvent event;
         event.type = Type::KeyDown;
         event.modifierFlags = modifierFlags;
         event.charactersIgnoringModifiers = std::move(characters);
+        event.keyName = std::move(keyName);
         return event;
     }
 

@@ -84,15 +84,23 @@ quint64 RawKeyTranslator::modifierFlags() const
     return flags;
 }
 
-std::optional<QString> RawKeyTranslator::charactersIgnoringModifiers(xkb_keycode_t key) const
+const xkb_keysym_t* RawKeyTranslator::firstLevelSyms(xkb_keycode_t key, int* count) const
 {
-    // The first shift level of the key in the active layout: what the key types with no
-    // modifier held, so Super + Shift + 4 reads "4".
+    // The first shift level of the key in the active layout: what the key gives with no
+    // modifier held, so Super + Shift + 4 reads "4" and Alt + Print reads Print, not Sys_Req.
+    *count = 0;
     const xkb_layout_index_t layout = xkb_state_key_get_layout(m_state.get(), key);
     if (layout == XKB_LAYOUT_INVALID)
-        return std::nullopt;
+        return nullptr;
     const xkb_keysym_t* syms = nullptr;
-    const int count = xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, 0, &syms);
+    *count = xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, 0, &syms);
+    return syms;
+}
+
+std::optional<QString> RawKeyTranslator::charactersIgnoringModifiers(xkb_keycode_t key) const
+{
+    int count = 0;
+    const xkb_keysym_t* syms = firstLevelSyms(key, &count);
     QString characters;
     std::array<char, 8> buffer{};
     for (int i = 0; i < count; ++i) {
@@ -105,6 +113,19 @@ std::optional<QString> RawKeyTranslator::charactersIgnoringModifiers(xkb_keycode
     return characters;
 }
 
+QString RawKeyTranslator::keyNameIgnoringModifiers(xkb_keycode_t key) const
+{
+    int count = 0;
+    const xkb_keysym_t* syms = firstLevelSyms(key, &count);
+    if (count < 1)
+        return {};
+    std::array<char, 64> buffer{};
+    const int size = xkb_keysym_get_name(syms[0], buffer.data(), buffer.size());
+    if (size <= 0 || size >= static_cast<int>(buffer.size()))
+        return {};
+    return QString::fromLatin1(buffer.data(), size);
+}
+
 std::optional<SystemKeyEvent> RawKeyTranslator::keyPressed(xkb_keycode_t key, bool repeat)
 {
     if (!m_state)
@@ -114,7 +135,8 @@ std::optional<SystemKeyEvent> RawKeyTranslator::keyPressed(xkb_keycode_t key, bo
     if (const std::optional<int> type = auxKeyType(sym))
         event = SystemKeyEvent::auxControlButton(*type, SystemKeyEvent::kKeyStateDown, repeat);
     else if (sym != XKB_KEY_NoSymbol && !isModifierKeysym(sym))
-        event = SystemKeyEvent::keyDown(modifierFlags(), charactersIgnoringModifiers(key));
+        event = SystemKeyEvent::keyDown(modifierFlags(), charactersIgnoringModifiers(key),
+                                        keyNameIgnoringModifiers(key));
     // The event carries the modifiers held before this key; a repeat changes nothing.
     if (!repeat)
         xkb_state_update_key(m_state.get(), key, XKB_KEY_DOWN);

@@ -50,6 +50,8 @@ public:
 private:
     xkb_keysym_t keysym(xkb_keycode_t key) const;
     std::optional<QString> charactersIgnoringModifiers(xkb_keycode_t key) const;
+    QString keyNameIgnoringModifiers(xkb_keycode_t key) const;
+    const xkb_keysym_t* firstLevelSyms(xkb_keycode_t key, int* count) const;
     bool modifierActive(const char* name) const;
 
     KeymapPtr m_keymap;

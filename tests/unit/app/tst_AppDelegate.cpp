@@ -9,6 +9,7 @@
 #include "FakeClipboard.h"
 #include "FakeClock.h"
 #include "FakeCoachTipPresenter.h"
+#include "FakeDesktopKeySettings.h"
 #include "FakeHotKeyService.h"
 #include "FakeKeyInjector.h"
 #include "FakeSystemKeyMonitor.h"
@@ -47,6 +48,7 @@ class TestAppDelegate : public QObject
     FakeAlertPresenter m_alerts;
     FakeSystemKeyMonitor m_keyMonitor;
     FakeCoachTipPresenter m_tipPresenter;
+    FakeDesktopKeySettings m_keySettings;
     FakeClipboard m_clipboard;
     FakeKeyInjector m_keyInjector;
     FakeWindowHints m_windowHints;
@@ -61,9 +63,10 @@ class TestAppDelegate : public QObject
     {
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
-        m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
-            m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
-            m_keyInjector, m_windowHints, m_clock, m_scheduler, *m_defaults, *m_engine});
+        m_delegate = std::make_unique<AppDelegate>(
+            AppDelegate::Platform{m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor,
+                                  m_tipPresenter, m_clipboard, m_keyInjector, m_windowHints,
+                                  m_clock, m_scheduler, *m_defaults, *m_engine, m_keySettings});
         m_delegate->applicationDidFinishLaunching(how);
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeClock.h"
 #include "FakeCoachTipPresenter.h"
+#include "FakeDesktopKeySettings.h"
 #include "FakeSystemKeyMonitor.h"
 #include "ManualScheduler.h"
 #include "coach/CoachTipController.h"
@@ -15,6 +16,7 @@
 using namespace Tessaline;
 using Tessaline::Testing::FakeClock;
 using Tessaline::Testing::FakeCoachTipPresenter;
+using Tessaline::Testing::FakeDesktopKeySettings;
 using Tessaline::Testing::FakeSystemKeyMonitor;
 using Tessaline::Testing::ManualScheduler;
 
@@ -25,10 +27,17 @@ constexpr quint64 kShift = SystemKeyEvent::Shift;
 constexpr quint64 kControl = SystemKeyEvent::Control;
 constexpr quint64 kOption = SystemKeyEvent::Option;
 
-SystemKeyEvent keyDown(quint64 flags, const char* characters)
+SystemKeyEvent keyDown(quint64 flags, const char* characters, const char* keyName = "")
 {
     return SystemKeyEvent::keyDown(
-        flags, characters ? std::optional<QString>(QString::fromUtf8(characters)) : std::nullopt);
+        flags, characters ? std::optional<QString>(QString::fromUtf8(characters)) : std::nullopt,
+        QString::fromUtf8(keyName));
+}
+
+// The Print key as the keyboard reports it: no characters, whatever modifiers are held.
+SystemKeyEvent printDown(quint64 flags = 0)
+{
+    return keyDown(flags, nullptr, "Print");
 }
 
 SystemKeyEvent auxDown(int keyType)
@@ -36,12 +45,14 @@ SystemKeyEvent auxDown(int keyType)
     return SystemKeyEvent::auxControlButton(keyType, SystemKeyEvent::kKeyStateDown);
 }
 
-// Everything a controller needs, wired to test doubles and a private defaults file.
+// Everything a controller needs, wired to test doubles and a private defaults file. The
+// desktop binds everything a tip can name unless a test says otherwise.
 struct Rig
 {
     explicit Rig(const QString& defaultsPath)
-        : defaults(defaultsPath), controller(std::make_unique<CoachTipController>(
-                                      defaults, clock, scheduler, monitor, presenter))
+        : defaults(defaultsPath), keys(FakeDesktopKeySettings::kde()),
+          controller(std::make_unique<CoachTipController>(defaults, clock, scheduler, monitor,
+                                                          presenter, keys))
     {
         controller->start();
     }
@@ -60,6 +71,7 @@ struct Rig
     ManualScheduler scheduler;
     FakeSystemKeyMonitor monitor;
     FakeCoachTipPresenter presenter;
+    FakeDesktopKeySettings keys;
     std::unique_ptr<CoachTipController> controller;
 };
 
@@ -94,6 +106,12 @@ private slots:
     void keyUpAndRepeatsNeverShowATip();
     void shownTimeIsStoredBeforeThePanelAppears();
     void zeroOrMissingShownTimeMeansNeverShown();
+
+    void eachFamilyShowsOnlyTheTipsItHasBindingsFor_data();
+    void eachFamilyShowsOnlyTheTipsItHasBindingsFor();
+    void bindingsAreReadAtTheMomentTheTipShows();
+    void removedBindingShowsNothingAndRecordsNothing();
+    void suppressedTipsDoNotReadTheSettings();
 
     void notNowClosesThePanelOnly();
     void dontShowAgainIsRememberedAcrossRestarts();
@@ -139,8 +157,9 @@ void TestCoachTipController::startRetriesWhenTheMonitorIsUnavailable()
     ManualScheduler scheduler;
     FakeSystemKeyMonitor monitor;
     FakeCoachTipPresenter presenter;
+    FakeDesktopKeySettings keys;
     monitor.available = false;
-    CoachTipController controller(defaults, clock, scheduler, monitor, presenter);
+    CoachTipController controller(defaults, clock, scheduler, monitor, presenter, keys);
     QSignalSpy monitoringSpy(&controller, &CoachTipController::monitoringChanged);
 
     controller.start();
@@ -223,21 +242,20 @@ void TestCoachTipController::eventsChooseTheirTip_data()
     const QString brightness = QStringLiteral("brightness-precision");
     const QString media = QStringLiteral("media-keys");
 
-    QTest::addRow("command-shift-3") << keyDown(kCommand | kShift, "3") << screenshot;
-    QTest::addRow("command-shift-4") << keyDown(kCommand | kShift, "4") << screenshot;
-    QTest::addRow("command-shift-control-4")
-        << keyDown(kCommand | kShift | kControl, "4") << screenshot;
-    QTest::addRow("command-shift-option-3")
-        << keyDown(kCommand | kShift | kOption, "3") << screenshot;
-    QTest::addRow("command-shift-5") << keyDown(kCommand | kShift, "5") << QString();
-    QTest::addRow("command-shift-34") << keyDown(kCommand | kShift, "34") << QString();
-    QTest::addRow("command-4") << keyDown(kCommand, "4") << QString();
-    QTest::addRow("shift-4") << keyDown(kShift, "4") << QString();
-    QTest::addRow("control-shift-4") << keyDown(kControl | kShift, "4") << QString();
-    QTest::addRow("plain 3") << keyDown(0, "3") << QString();
-    QTest::addRow("command-shift no characters")
-        << keyDown(kCommand | kShift, nullptr) << QString();
-    QTest::addRow("command-shift empty characters") << keyDown(kCommand | kShift, "") << QString();
+    // The Print key with any modifiers; the old screenshot chords are ordinary keys here.
+    QTest::addRow("print") << printDown() << screenshot;
+    QTest::addRow("shift-print") << printDown(kShift) << screenshot;
+    QTest::addRow("alt-print") << printDown(kOption) << screenshot;
+    QTest::addRow("super-shift-print") << printDown(kCommand | kShift) << screenshot;
+    QTest::addRow("control-alt-shift-super-print")
+        << printDown(kControl | kOption | kShift | kCommand) << screenshot;
+    QTest::addRow("super-shift-3") << keyDown(kCommand | kShift, "3", "3") << QString();
+    QTest::addRow("super-shift-4") << keyDown(kCommand | kShift, "4", "4") << QString();
+    QTest::addRow("super-shift-5") << keyDown(kCommand | kShift, "5", "5") << QString();
+    QTest::addRow("key named print in lower case") << keyDown(0, nullptr, "print") << QString();
+    QTest::addRow("sys-req") << keyDown(kOption, nullptr, "Sys_Req") << QString();
+    QTest::addRow("p") << keyDown(kShift, "p", "p") << QString();
+    QTest::addRow("no key name") << keyDown(kCommand | kShift, nullptr, "") << QString();
 
     QTest::addRow("sound up") << auxDown(SystemKeyEvent::SoundUp) << volume;
     QTest::addRow("sound down") << auxDown(SystemKeyEvent::SoundDown) << volume;
@@ -272,10 +290,9 @@ void TestCoachTipController::eventsChooseTheirTip_data()
     keyDownWithData.subtype = 8;
     keyDownWithData.data1 = auxDown(SystemKeyEvent::SoundUp).data1;
     QTest::addRow("key-down carrying aux data") << keyDownWithData << QString();
-    SystemKeyEvent systemWithCharacters = SystemKeyEvent::systemDefined(0, 0);
-    systemWithCharacters.modifierFlags = kCommand | kShift;
-    systemWithCharacters.charactersIgnoringModifiers = QStringLiteral("4");
-    QTest::addRow("system-defined carrying characters") << systemWithCharacters << QString();
+    SystemKeyEvent systemWithKeyName = SystemKeyEvent::systemDefined(0, 0);
+    systemWithKeyName.keyName = QStringLiteral("Print");
+    QTest::addRow("system-defined carrying a key name") << systemWithKeyName << QString();
 }
 
 void TestCoachTipController::eventsChooseTheirTip()
@@ -290,14 +307,15 @@ void TestCoachTipController::eventsChooseTheirTip()
         return;
     }
     QCOMPARE(rig.shown(), QStringList{tipId});
-    const CoachTip expected = [&] {
-        for (const CoachTip& tip : CoachTip::all()) {
-            if (tip.id == tipId)
-                return tip;
+    const std::optional<CoachTip> expected = [&]() -> std::optional<CoachTip> {
+        for (const CoachTip::Kind kind : CoachTip::allKinds()) {
+            if (CoachTip::idOf(kind) == tipId)
+                return CoachTip::compose(kind, rig.keys);
         }
-        return CoachTip{};
+        return std::nullopt;
     }();
-    QCOMPARE(rig.presenter.panels.first().tip, expected);
+    QVERIFY(expected);
+    QCOMPARE(rig.presenter.panels.first().tip, *expected);
     QCOMPARE(rig.controller->shownTipId(), tipId);
 }
 
@@ -350,8 +368,8 @@ void TestCoachTipController::eachTipHasItsOwnClock()
     rig.press(auxDown(SystemKeyEvent::SoundUp));
     rig.clock.seconds += 3600;
     rig.press(auxDown(SystemKeyEvent::BrightnessDown));
-    rig.press(keyDown(kCommand | kShift, "3"));
-    rig.press(keyDown(kCommand | kShift, "4"));
+    rig.press(printDown());
+    rig.press(printDown(kShift));
     QCOMPARE(rig.shown(), (QStringList{QStringLiteral("volume-precision"),
                                        QStringLiteral("brightness-precision"),
                                        QStringLiteral("screenshot-toolbar")}));
@@ -415,6 +433,111 @@ void TestCoachTipController::zeroOrMissingShownTimeMeansNeverShown()
                            rig.clock.seconds + 100);
     rig.press(auxDown(SystemKeyEvent::Play));
     QCOMPARE(rig.shown(), QStringList{QStringLiteral("volume-precision")});
+}
+
+void TestCoachTipController::eachFamilyShowsOnlyTheTipsItHasBindingsFor_data()
+{
+    QTest::addColumn<FakeDesktopKeySettings>("keys");
+    QTest::addColumn<QStringList>("shown");
+
+    const QString screenshot = QStringLiteral("screenshot-toolbar");
+    const QString volume = QStringLiteral("volume-precision");
+    const QString brightness = QStringLiteral("brightness-precision");
+    const QString media = QStringLiteral("media-keys");
+    QTest::addRow("GNOME") << FakeDesktopKeySettings::gnome()
+                           << QStringList{screenshot, volume, media};
+    QTest::addRow("Cinnamon") << FakeDesktopKeySettings::cinnamon()
+                              << QStringList{screenshot, media};
+    QTest::addRow("MATE") << FakeDesktopKeySettings::mate() << QStringList{screenshot, media};
+    QTest::addRow("KDE") << FakeDesktopKeySettings::kde()
+                         << QStringList{screenshot, volume, brightness, media};
+    QTest::addRow("Xfce") << FakeDesktopKeySettings::xfce() << QStringList{screenshot};
+    QTest::addRow("none") << FakeDesktopKeySettings() << QStringList();
+}
+
+void TestCoachTipController::eachFamilyShowsOnlyTheTipsItHasBindingsFor()
+{
+    QFETCH(FakeDesktopKeySettings, keys);
+    QFETCH(QStringList, shown);
+    DefaultsStore defaults(m_dir->filePath(QStringLiteral("family.json")));
+    FakeClock clock;
+    ManualScheduler scheduler;
+    FakeSystemKeyMonitor monitor;
+    FakeCoachTipPresenter presenter;
+    CoachTipController controller(defaults, clock, scheduler, monitor, presenter, keys);
+    controller.start();
+
+    for (const SystemKeyEvent& event :
+         {printDown(kShift), auxDown(SystemKeyEvent::SoundUp),
+          auxDown(SystemKeyEvent::BrightnessDown), auxDown(SystemKeyEvent::Play)}) {
+        QVERIFY(monitor.deliver(event));
+        scheduler.advance(0);
+    }
+    QCOMPARE(presenter.shownTipIds(), shown);
+    // Only the tips that showed have a shown time; the others may still show once the desktop
+    // gets a binding for them.
+    for (const CoachTip::Kind kind : CoachTip::allKinds()) {
+        const QString id = CoachTip::idOf(kind);
+        QCOMPARE(defaults.contains(CoachTipController::lastShownKey(id)), shown.contains(id));
+    }
+}
+
+void TestCoachTipController::bindingsAreReadAtTheMomentTheTipShows()
+{
+    Rig& rig = *m_rig;
+    rig.keys = FakeDesktopKeySettings::gnome();
+    rig.press(auxDown(SystemKeyEvent::SoundUp));
+    QCOMPARE(rig.presenter.panels.last().tip.message,
+             QStringLiteral("Shift+Volume Up and Shift+Volume Down change the volume in smaller "
+                            "steps."));
+
+    // The user rebinds the smaller steps; eight hours later the tip names the new keys.
+    rig.keys.bound[DesktopKeySettings::Action::VolumeUpPrecise] = {
+        DesktopKeyBinding{DesktopKeyBinding::Super, QStringLiteral("Volume Up")}};
+    rig.keys.bound.remove(DesktopKeySettings::Action::VolumeDownPrecise);
+    rig.clock.seconds += CoachTipController::minimumRepeatInterval;
+    rig.press(auxDown(SystemKeyEvent::SoundDown));
+    QCOMPARE(rig.shown().size(), 2);
+    QCOMPARE(rig.presenter.panels.last().tip.message,
+             QStringLiteral("Super+Volume Up raises the volume in a smaller step."));
+    QCOMPARE(rig.presenter.panels.last().tip.title, QStringLiteral("Tiny volume steps"));
+}
+
+void TestCoachTipController::removedBindingShowsNothingAndRecordsNothing()
+{
+    Rig& rig = *m_rig;
+    const QString key = CoachTipController::lastShownKey(QStringLiteral("screenshot-toolbar"));
+    rig.keys.bound.remove(DesktopKeySettings::Action::ScreenshotRegion);
+    rig.keys.bound.remove(DesktopKeySettings::Action::ScreenshotWindow);
+    rig.press(printDown());
+    QVERIFY(rig.presenter.panels.isEmpty());
+    QVERIFY(!rig.defaults.contains(key));
+
+    // Bound again a minute later, the tip shows at the next press: no eight-hour wait was
+    // started by the press that showed nothing.
+    rig.keys.bind(DesktopKeySettings::Action::ScreenshotWindow, DesktopKeyBinding::Alt,
+                  QStringLiteral("Print"));
+    rig.clock.seconds += 60;
+    rig.press(printDown(kOption));
+    QCOMPARE(rig.shown(), QStringList{QStringLiteral("screenshot-toolbar")});
+    QCOMPARE(rig.presenter.panels.last().tip.message,
+             QStringLiteral("Alt+Print captures just the active window."));
+    QCOMPARE(rig.defaults.doubleValue(key), std::optional<double>(rig.clock.seconds));
+}
+
+void TestCoachTipController::suppressedTipsDoNotReadTheSettings()
+{
+    Rig& rig = *m_rig;
+    rig.press(auxDown(SystemKeyEvent::Play));
+    QVERIFY(rig.keys.reads > 0);
+    rig.keys.reads = 0;
+    // Within eight hours, and after "Don't show again", nothing is read at all.
+    rig.press(auxDown(SystemKeyEvent::Next));
+    pressButton(rig.presenter.panels.first().onNeverShow);
+    rig.clock.seconds += 86400;
+    rig.press(auxDown(SystemKeyEvent::Previous));
+    QCOMPARE(rig.keys.reads, 0);
+    QCOMPARE(rig.shown().size(), 1);
 }
 
 void TestCoachTipController::notNowClosesThePanelOnly()
@@ -489,12 +612,13 @@ void TestCoachTipController::replacementKeepsTheNewTipItsFullNineSeconds()
     Rig& rig = *m_rig;
     rig.press(auxDown(SystemKeyEvent::SoundUp)); // A at 0 ms
     rig.scheduler.advance(3000);
-    rig.press(keyDown(kCommand | kShift, "4")); // B at 3000 ms replaces A
+    rig.press(printDown(kShift)); // B at 3000 ms replaces A
 
     QCOMPARE(rig.presenter.panels.size(), 2);
     QVERIFY(!rig.presenter.panels.at(0).visible);
     QCOMPARE(rig.presenter.visiblePanels().size(), 1);
-    QCOMPARE(rig.presenter.visiblePanels().first().tip, CoachTip::screenshotToolbar());
+    QCOMPARE(rig.presenter.visiblePanels().first().tip,
+             *CoachTip::compose(CoachTip::Kind::ScreenshotToolbar, rig.keys));
 
     rig.scheduler.advance(6000); // 9000 ms: A's timer finds another panel
     QCOMPARE(rig.presenter.visiblePanels().size(), 1);
@@ -515,7 +639,7 @@ void TestCoachTipController::earlierTimerDoesNotCloseALaterTipAfterDismissal()
     rig.press(auxDown(SystemKeyEvent::Play));
     rig.scheduler.advance(4000); // 9000 ms: the first tip's timer
     QCOMPARE(rig.presenter.visiblePanels().size(), 1);
-    QCOMPARE(rig.presenter.visiblePanels().first().tip, CoachTip::mediaKeys());
+    QCOMPARE(rig.presenter.visiblePanels().first().tip.id, QStringLiteral("media-keys"));
     rig.scheduler.advance(5000); // 14000 ms
     QVERIFY(rig.presenter.visiblePanels().isEmpty());
 }

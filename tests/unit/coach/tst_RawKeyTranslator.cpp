@@ -61,6 +61,7 @@ private slots:
     void modifierKeysGiveNoEvent();
     void repeatsOfAModifierDoNotStickIt();
     void charactersIgnoreEveryModifier();
+    void printKeyIsNamedWhateverIsHeld();
     void capsLockIsReportedAsLocked();
     void systemKeysGiveAuxControlButtons_data();
     void systemKeysGiveAuxControlButtons();
@@ -98,10 +99,12 @@ void TestRawKeyTranslator::screenshotChordReadsCommandShiftAndTheDigit()
     QVERIFY(!t.keyPressed(key(XKB_KEY_Super_L)));
     QVERIFY(!t.keyPressed(key(XKB_KEY_Shift_L)));
     const auto four = t.keyPressed(key(XKB_KEY_4));
-    QCOMPARE(four, SystemKeyEvent::keyDown(kCommand | kShift, QStringLiteral("4")));
+    QCOMPARE(four,
+             SystemKeyEvent::keyDown(kCommand | kShift, QStringLiteral("4"), QStringLiteral("4")));
     QVERIFY(!t.keyReleased(key(XKB_KEY_4)));
     const auto three = t.keyPressed(key(XKB_KEY_3));
-    QCOMPARE(three, SystemKeyEvent::keyDown(kCommand | kShift, QStringLiteral("3")));
+    QCOMPARE(three,
+             SystemKeyEvent::keyDown(kCommand | kShift, QStringLiteral("3"), QStringLiteral("3")));
 }
 
 void TestRawKeyTranslator::modifiersFollowPressesAndReleases()
@@ -158,6 +161,30 @@ void TestRawKeyTranslator::charactersIgnoreEveryModifier()
     // Keys without characters have none.
     QCOMPARE(t.keyPressed(key(XKB_KEY_Left))->charactersIgnoringModifiers,
              std::optional<QString>());
+}
+
+void TestRawKeyTranslator::printKeyIsNamedWhateverIsHeld()
+{
+    RawKeyTranslator& t = *m_translator;
+    const xkb_keycode_t print = key(XKB_KEY_Print);
+    QVERIFY(print != XKB_KEYCODE_INVALID);
+    QCOMPARE(t.keyPressed(print),
+             SystemKeyEvent::keyDown(0, std::nullopt, QStringLiteral("Print")));
+    t.keyReleased(print);
+    // With Alt held the key types Sys_Req, but it is still the Print key.
+    t.keyPressed(key(XKB_KEY_Alt_L));
+    const auto altPrint = t.keyPressed(print);
+    QVERIFY(altPrint);
+    QCOMPARE(altPrint->keyName, QStringLiteral("Print"));
+    QCOMPARE(altPrint->modifierFlags, kOption);
+    t.keyReleased(print);
+    t.keyReleased(key(XKB_KEY_Alt_L));
+    t.keyPressed(key(XKB_KEY_Shift_L));
+    t.keyPressed(key(XKB_KEY_Super_L));
+    QCOMPARE(t.keyPressed(print)->keyName, QStringLiteral("Print"));
+    // Other keys carry their own names.
+    QCOMPARE(t.keyPressed(key(XKB_KEY_Left))->keyName, QStringLiteral("Left"));
+    QCOMPARE(t.keyPressed(key(XKB_KEY_a))->keyName, QStringLiteral("a"));
 }
 
 void TestRawKeyTranslator::capsLockIsReportedAsLocked()
