@@ -51,9 +51,6 @@ public:
     /// The bundle id of a group's app, or undefined for the global group and name-only packs.
     Q_INVOKABLE
     QVariant bundleIDForGroup(const QString& group) const;
-    /// How many rows a group shows now.
-    Q_INVOKABLE
-    int countForGroup(const QString& group) const;
     QVariantMap groupCounts() const { return m_groupCounts; }
     Q_INVOKABLE
     void copyChord(const QString& chord);
