@@ -110,13 +110,11 @@ signals:
     /// A new HUD panel is on screen.
     void hudShown();
 
-private slots:
+private:
     void closeHUD();
     void reloadVault();
     void helperActionChosen(const QString& rawValue);
     void showVaultFile();
-
-private:
     void copyText(const QString& text);
     QVariantList helperActionList() const;
 

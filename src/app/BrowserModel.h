@@ -55,11 +55,19 @@ public:
     Q_INVOKABLE
     void copyChord(const QString& chord);
 
+    // The window's commands, which the application carries out: each emits its request.
+    Q_INVOKABLE
+    void requestScanOpenApps() { emit scanOpenAppsRequested(); }
+    Q_INVOKABLE
+    void requestShowJson() { emit showJsonRequested(); }
+
 signals:
     void queryChanged();
     void rowsChanged();
     void countsChanged();
     void scannerChanged();
+    void scanOpenAppsRequested();
+    void showJsonRequested();
 
 private:
     void rebuildIndex();

@@ -67,10 +67,31 @@ public:
     Q_INVOKABLE
     void dismissScanStatus();
 
+    // The panel's commands, which the application carries out: each emits its request.
+    Q_INVOKABLE
+    void requestClose() { emit closeRequested(); }
+    Q_INVOKABLE
+    void requestReload() { emit reloadRequested(); }
+    Q_INVOKABLE
+    void requestScanMenus() { emit scanMenusRequested(); }
+    Q_INVOKABLE
+    void requestBrowseAll() { emit browseAllRequested(); }
+    Q_INVOKABLE
+    void requestSettings() { emit settingsRequested(); }
+    /// `rawValue` is the "raw" of one of the helper actions.
+    Q_INVOKABLE
+    void requestHelperAction(const QString& rawValue) { emit helperActionRequested(rawValue); }
+
 signals:
     void filterChanged();
     void sectionsChanged();
     void scanStatusChanged();
+    void closeRequested();
+    void reloadRequested();
+    void scanMenusRequested();
+    void browseAllRequested();
+    void settingsRequested();
+    void helperActionRequested(const QString& rawValue);
 
 private:
     void recompute();

@@ -1,11 +1,13 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Tessaline
 
 // The settings window: the HUD hotkey, the accessibility permission and the shortcut pack file.
 ThemedSurface {
     id: root
-    required property var model   // SettingsModel
+    required property SettingsModel model
 
     implicitWidth: 560
     implicitHeight: 520

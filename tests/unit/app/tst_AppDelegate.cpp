@@ -16,6 +16,7 @@
 #include "ManualScheduler.h"
 #include "ShortcutListModel.h"
 #include "SymbolImageProvider.h"
+#include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
@@ -200,6 +201,35 @@ private Q_SLOTS:
         m_delegate->showHUD();
         QPointer<FloatingPanel> panel = m_delegate->panel();
         QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "close"));
+        QVERIFY(!m_delegate->panel());
+        QVERIFY(QTest::qWaitFor([&panel] { return panel.isNull(); }, 2000));
+    }
+
+    void commandsFromTheViewsReachTheApplication()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        QPointer<FloatingPanel> panel = m_delegate->panel();
+        QVERIFY(panel && panel->rootObject());
+        AppWindowPresenter& windows = m_delegate->windowPresenter();
+
+        QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "settings"));
+        QVERIFY(windows.window(AppWindowPresenter::Kind::Settings));
+        QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "browseAll"));
+        QQuickView* browser = windows.window(AppWindowPresenter::Kind::Browser);
+        QVERIFY(browser && browser->rootObject());
+
+        // The browser's open-apps scan runs, and ends with the browser in front again.
+        QSignalSpy finished(&m_delegate->menuScanner(), &AppMenuScanner::scanFinished);
+        QVERIFY(QMetaObject::invokeMethod(browser->rootObject(), "scanOpenApps"));
+        QVERIFY(finished.count() > 0 || finished.wait(5000));
+        QCOMPARE(windows.window(AppWindowPresenter::Kind::Browser), browser);
+
+        // A helper chosen in the HUD closes it.
+        QVERIFY(QMetaObject::invokeMethod(
+            panel->rootObject(), "helperAction",
+            Q_ARG(QString, TextHelperActions::rawValue(TextHelperAction::Bullet))));
         QVERIFY(!m_delegate->panel());
         QVERIFY(QTest::qWaitFor([&panel] { return panel.isNull(); }, 2000));
     }

@@ -209,6 +209,47 @@ private Q_SLOTS:
         QCOMPARE(editor->scanStatus(), QStringLiteral("Editor is not running anymore."));
     }
 
+    void commandsBecomeRequests()
+    {
+        auto model = cheatSheet(kEditor);
+        QSignalSpy close(model.get(), &CheatSheetModel::closeRequested);
+        QSignalSpy reload(model.get(), &CheatSheetModel::reloadRequested);
+        QSignalSpy scan(model.get(), &CheatSheetModel::scanMenusRequested);
+        QSignalSpy browse(model.get(), &CheatSheetModel::browseAllRequested);
+        QSignalSpy settings(model.get(), &CheatSheetModel::settingsRequested);
+        QSignalSpy helper(model.get(), &CheatSheetModel::helperActionRequested);
+        const QList<QSignalSpy*> spies{&close, &reload, &scan, &browse, &settings, &helper};
+        const auto counts = [&spies] {
+            QList<qsizetype> result;
+            for (const QSignalSpy* spy : spies)
+                result << spy->count();
+            return result;
+        };
+        model->requestClose();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 0, 0, 0, 0, 0}));
+        model->requestReload();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 0, 0, 0, 0}));
+        model->requestScanMenus();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 0, 0, 0}));
+        model->requestBrowseAll();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 0, 0}));
+        model->requestSettings();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 1, 0}));
+        model->requestHelperAction(QStringLiteral("bullets"));
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 1, 1}));
+        QCOMPARE(helper.first().first().toString(), QStringLiteral("bullets"));
+
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
+        QSignalSpy scanOpen(&browser, &BrowserModel::scanOpenAppsRequested);
+        QSignalSpy showJson(&browser, &BrowserModel::showJsonRequested);
+        browser.requestScanOpenApps();
+        QCOMPARE(scanOpen.count(), 1);
+        QCOMPARE(showJson.count(), 0);
+        browser.requestShowJson();
+        QCOMPARE(scanOpen.count(), 1);
+        QCOMPARE(showJson.count(), 1);
+    }
+
     void dismissScanStatusClearsIt()
     {
         auto model = cheatSheet(kEditor);
