@@ -52,7 +52,6 @@ int main(int argc, char** argv)
     AtspiElementFactory elements;
     MessageBoxAlertPresenter alerts;
     XInputKeyMonitor keyMonitor;
-    CoachTipPanelPresenter tipPresenter;
     ClipboardAdapter clipboard;
     XTestKeyInjector keyInjector;
     SystemClock clock;
@@ -67,6 +66,8 @@ int main(int argc, char** argv)
                             new AppIconProvider([&appIcons](const QString& bundleID) {
                                 return appIcons.iconName(bundleID);
                             }));
+    // The coach tips are drawn by the same engine as every other view.
+    CoachTipPanelPresenter tipPresenter(engine);
 
     AppDelegate delegate(AppDelegate::Platform{workspace, trust, elements, alerts, keyMonitor,
                                                tipPresenter, clipboard, keyInjector, clock,

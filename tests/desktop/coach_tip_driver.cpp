@@ -13,6 +13,7 @@
 // data1=0x...", "shown <tip id>", "panel <tip id> <x> <y> <w> <h>", "button <name> <x> <y>"
 // (screen coordinates of a button's centre), "closed". SIGTERM quits cleanly.
 #include "CoachTipPanelPresenter.h"
+#include "SymbolImageProvider.h"
 #include "coach/CoachTipController.h"
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
@@ -21,14 +22,18 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRasterWindow>
 #include <QSocketNotifier>
+#include <QtQml/qqmlextensionplugin.h>
 
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
+
+Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 
 using namespace Tessaline;
 
@@ -157,7 +162,9 @@ int run(QGuiApplication& app, double clockOffset, bool showOwnWindow)
     TimerScheduler scheduler;
     XInputKeyMonitor x11Monitor;
     ReportingMonitor monitor(x11Monitor);
-    CoachTipPanelPresenter presenter;
+    QQmlEngine engine;
+    engine.addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
+    CoachTipPanelPresenter presenter(engine);
     CoachTipController controller(defaults, clock, scheduler, monitor, presenter);
 
     QObject::connect(&controller, &CoachTipController::tipShown, &app, [&](const QString& tipId) {
