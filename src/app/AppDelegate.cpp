@@ -27,7 +27,6 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQmlEngine>
-#include <QQuickItem>
 #include <QTimer>
 #include <QUrl>
 
@@ -150,15 +149,13 @@ void AppDelegate::showHUD()
     navigator->setOnActivate([model](int index) { model->copyChordAt(index); });
     panel->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)},
                                  {QStringLiteral("navigator"), QVariant::fromValue(navigator)}});
+    connect(model, &CheatSheetModel::closeRequested, this, &AppDelegate::closeHUD);
+    connect(model, &CheatSheetModel::reloadRequested, this, &AppDelegate::reloadVault);
+    connect(model, &CheatSheetModel::scanMenusRequested, this, &AppDelegate::scanCurrentAppMenus);
+    connect(model, &CheatSheetModel::browseAllRequested, this, &AppDelegate::showBrowser);
+    connect(model, &CheatSheetModel::settingsRequested, this, &AppDelegate::showSettings);
+    connect(model, &CheatSheetModel::helperActionRequested, this, &AppDelegate::helperActionChosen);
     panel->setSource(QUrl(QStringLiteral("qrc:/Tessaline/qml/ContentView.qml")));
-    if (QQuickItem* root = panel->rootObject()) {
-        connect(root, SIGNAL(close()), this, SLOT(closeHUD()));
-        connect(root, SIGNAL(reload()), this, SLOT(reloadVault()));
-        connect(root, SIGNAL(scanMenus()), this, SLOT(scanCurrentAppMenus()));
-        connect(root, SIGNAL(browseAll()), this, SLOT(showBrowser()));
-        connect(root, SIGNAL(settings()), this, SLOT(showSettings()));
-        connect(root, SIGNAL(helperAction(QString)), this, SLOT(helperActionChosen(QString)));
-    }
 
     connect(
         panel, &QQuickWindow::frameSwapped, panel,
@@ -179,7 +176,6 @@ void AppDelegate::showHUD()
 
     delete m_panel.data();
     m_panel = panel;
-    emit hudShown();
 }
 
 void AppDelegate::closeHUD()
@@ -255,10 +251,8 @@ void AppDelegate::showBrowser()
         return;
     }
     connect(window, &QObject::destroyed, model, &QObject::deleteLater);
-    if (QQuickItem* root = window->rootObject()) {
-        connect(root, SIGNAL(scanOpenApps()), this, SLOT(scanOpenApps()));
-        connect(root, SIGNAL(showJson()), this, SLOT(showVaultFile()));
-    }
+    connect(model, &BrowserModel::scanOpenAppsRequested, this, &AppDelegate::scanOpenApps);
+    connect(model, &BrowserModel::showJsonRequested, this, &AppDelegate::showVaultFile);
 }
 
 void AppDelegate::showVaultFile()

@@ -96,27 +96,11 @@ public slots:
     void showSettings();
     void showOnboarding();
 
-public:
-    VaultStore& store() const { return *m_store; }
-    FrontmostAppTracker& frontmostAppTracker() const { return *m_frontmostAppTracker; }
-    AppMenuScanner& menuScanner() const { return *m_menuScanner; }
-    AppWindowPresenter& windowPresenter() const { return *m_windowPresenter; }
-    HotkeyManager* hotkeyManager() const { return m_hotkeyManager.get(); }
-    MenuBarController* menuBarController() const { return m_menuBarController.get(); }
-    /// The HUD panel while it exists.
-    FloatingPanel* panel() const { return m_panel.data(); }
-
-signals:
-    /// A new HUD panel is on screen.
-    void hudShown();
-
-private slots:
+private:
     void closeHUD();
     void reloadVault();
     void helperActionChosen(const QString& rawValue);
     void showVaultFile();
-
-private:
     void copyText(const QString& text);
     QVariantList helperActionList() const;
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "AppWindowPresenter.h"
 
+#include "OnboardingCommands.h"
 #include "WindowPlacement.h"
 #include "settings/DefaultsStore.h"
 
 #include <QQmlEngine>
-#include <QQuickItem>
 
 namespace Tessaline {
 namespace {
@@ -132,10 +132,18 @@ void AppWindowPresenter::showOnboarding(const QVariantMap& properties,
                                         std::function<void()> onComplete)
 {
     m_onboardingComplete = std::move(onComplete);
-    const bool wasOpen = m_onboarding.window;
-    QQuickView* view = show(Kind::Onboarding, properties);
-    if (!wasOpen && view->rootObject())
-        connect(view->rootObject(), SIGNAL(complete()), this, SLOT(completeOnboarding()));
+    if (m_onboarding.window) {
+        show(Kind::Onboarding, properties);
+        return;
+    }
+    // The view's command reaches the presenter through an object that lives with the window.
+    auto* commands = new OnboardingCommands(this);
+    QVariantMap withCommands = properties;
+    withCommands.insert(QStringLiteral("commands"), QVariant::fromValue(commands));
+    QQuickView* view = show(Kind::Onboarding, withCommands);
+    commands->setParent(view);
+    connect(commands, &OnboardingCommands::completed, this,
+            &AppWindowPresenter::completeOnboarding);
 }
 
 void AppWindowPresenter::completeOnboarding()

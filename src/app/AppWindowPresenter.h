@@ -45,11 +45,9 @@ signals:
     /// A window was built and shown for the first time (not when an open one is raised).
     void windowCreated(Tessaline::AppWindowPresenter::Kind kind, QQuickView* window);
 
-private slots:
+private:
     /// The welcome view's "Start using Tessaline".
     void completeOnboarding();
-
-private:
     struct Slot
     {
         QPointer<QQuickView> window;

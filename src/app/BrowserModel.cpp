@@ -46,11 +46,6 @@ QVariant BrowserModel::bundleIDForGroup(const QString& group) const
     return found == m_groupBundleIDs.constEnd() ? QVariant() : QVariant(*found);
 }
 
-int BrowserModel::countForGroup(const QString& group) const
-{
-    return m_groupCounts.value(group).toInt();
-}
-
 void BrowserModel::copyChord(const QString& chord)
 {
     if (m_copyText)

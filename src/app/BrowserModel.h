@@ -51,18 +51,23 @@ public:
     /// The bundle id of a group's app, or undefined for the global group and name-only packs.
     Q_INVOKABLE
     QVariant bundleIDForGroup(const QString& group) const;
-    /// How many rows a group shows now.
-    Q_INVOKABLE
-    int countForGroup(const QString& group) const;
     QVariantMap groupCounts() const { return m_groupCounts; }
     Q_INVOKABLE
     void copyChord(const QString& chord);
+
+    // The window's commands, which the application carries out: each emits its request.
+    Q_INVOKABLE
+    void requestScanOpenApps() { emit scanOpenAppsRequested(); }
+    Q_INVOKABLE
+    void requestShowJson() { emit showJsonRequested(); }
 
 signals:
     void queryChanged();
     void rowsChanged();
     void countsChanged();
     void scannerChanged();
+    void scanOpenAppsRequested();
+    void showJsonRequested();
 
 private:
     void rebuildIndex();

@@ -47,16 +47,6 @@ bool CheatSheetModel::vaultReady() const
     return pack && !pack->shortcuts.isEmpty();
 }
 
-QStringList CheatSheetModel::sectionTitles() const
-{
-    QStringList titles;
-    for (const ShortcutListModel::Entry& entry : m_rows.entries()) {
-        if (titles.isEmpty() || titles.last() != entry.group)
-            titles.append(entry.group);
-    }
-    return titles;
-}
-
 QString CheatSheetModel::scanStatus() const
 {
     return m_scanner ? m_scanner->statusText(m_app).value_or(QString()) : QString();

@@ -31,7 +31,6 @@ class CheatSheetModel : public QObject
     Q_PROPERTY(bool vaultReady READ vaultReady NOTIFY sectionsChanged)
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
     Q_PROPERTY(int flatCount READ flatCount NOTIFY sectionsChanged)
-    Q_PROPERTY(QStringList sectionTitles READ sectionTitles NOTIFY sectionsChanged)
     Q_PROPERTY(QString scanStatus READ scanStatus NOTIFY scanStatusChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY scanStatusChanged)
     Q_PROPERTY(QVariantList helperActions READ helperActions CONSTANT)
@@ -51,7 +50,6 @@ public:
     bool vaultReady() const;
     QAbstractItemModel* rows() { return &m_rows; }
     int flatCount() const { return static_cast<int>(m_rows.entries().size()); }
-    QStringList sectionTitles() const;
     QString scanStatus() const;
     bool isScanning() const;
     QVariantList helperActions() const { return m_helperActions; }
@@ -64,16 +62,36 @@ public:
     void copyChord(const QString& chord);
     /// Copies the chord of row `index` of the sections as they are now; nothing when the index
     /// is out of range.
-    Q_INVOKABLE
     void copyChordAt(int index);
     /// Clears the scanner's status message.
     Q_INVOKABLE
     void dismissScanStatus();
 
+    // The panel's commands, which the application carries out: each emits its request.
+    Q_INVOKABLE
+    void requestClose() { emit closeRequested(); }
+    Q_INVOKABLE
+    void requestReload() { emit reloadRequested(); }
+    Q_INVOKABLE
+    void requestScanMenus() { emit scanMenusRequested(); }
+    Q_INVOKABLE
+    void requestBrowseAll() { emit browseAllRequested(); }
+    Q_INVOKABLE
+    void requestSettings() { emit settingsRequested(); }
+    /// `rawValue` is the "raw" of one of the helper actions.
+    Q_INVOKABLE
+    void requestHelperAction(const QString& rawValue) { emit helperActionRequested(rawValue); }
+
 signals:
     void filterChanged();
     void sectionsChanged();
     void scanStatusChanged();
+    void closeRequested();
+    void reloadRequested();
+    void scanMenusRequested();
+    void browseAllRequested();
+    void settingsRequested();
+    void helperActionRequested(const QString& rawValue);
 
 private:
     void recompute();

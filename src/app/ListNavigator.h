@@ -49,7 +49,6 @@ public:
     void start();
     Q_INVOKABLE
     void stop();
-    bool isStarted() const { return m_started; }
 
 signals:
     void selectionChanged();

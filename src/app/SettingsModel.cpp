@@ -34,16 +34,6 @@ SettingsModel::SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager,
 
 SettingsModel::~SettingsModel() = default;
 
-QObject* SettingsModel::hotkeyManagerObject() const
-{
-    return m_hotkeyManager.data();
-}
-
-QObject* SettingsModel::recorderObject() const
-{
-    return m_recorder;
-}
-
 QString SettingsModel::dataFilePath() const
 {
     return m_store ? m_store->dataFilePath() : QString();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hotkeys/HotkeyManager.h"
+#include "hotkeys/HotkeyRecorder.h"
 #include "settings/AutostartEntry.h"
 
 #include <QObject>
@@ -10,8 +12,6 @@
 namespace Tessaline {
 
 class AccessibilityTrust;
-class HotkeyManager;
-class HotkeyRecorder;
 class VaultStore;
 
 /// What the settings and welcome windows show and do: the hotkey (through its manager and
@@ -22,8 +22,8 @@ class SettingsModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("SettingsModel is created by the application")
-    Q_PROPERTY(QObject* hotkeyManager READ hotkeyManagerObject CONSTANT)
-    Q_PROPERTY(QObject* recorder READ recorderObject CONSTANT)
+    Q_PROPERTY(Tessaline::HotkeyManager* hotkeyManager READ hotkeyManager CONSTANT)
+    Q_PROPERTY(Tessaline::HotkeyRecorder* recorder READ recorder CONSTANT)
     Q_PROPERTY(bool accessibilityEnabled READ accessibilityEnabled NOTIFY accessibilityChanged)
     Q_PROPERTY(QString dataFilePath READ dataFilePath CONSTANT)
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
@@ -35,8 +35,8 @@ public:
                   QObject* parent = nullptr);
     ~SettingsModel() override;
 
-    QObject* hotkeyManagerObject() const;
-    QObject* recorderObject() const;
+    HotkeyManager* hotkeyManager() const { return m_hotkeyManager.data(); }
+    HotkeyRecorder* recorder() const { return m_recorder; }
     bool accessibilityEnabled() const { return m_accessibilityEnabled; }
     QString dataFilePath() const;
     QString lastError() const;

@@ -44,7 +44,6 @@ int main(int argc, char** argv)
     using namespace Tessaline;
     DefaultsStore defaults;
     const std::unique_ptr<PlatformServices> platform = createPlatformServices();
-    CoachTipPanelPresenter tipPresenter;
     HotKey::HotKeysController::setService(platform->hotKeys.get());
 
     QQmlEngine engine;
@@ -53,6 +52,8 @@ int main(int argc, char** argv)
                             new AppIconProvider([&platform](const QString& bundleID) {
                                 return platform->appIcons->iconName(bundleID);
                             }));
+    // The coach tips are drawn by the same engine as every other view.
+    CoachTipPanelPresenter tipPresenter(engine);
 
     AppDelegate delegate(AppDelegate::Platform{
         *platform->workspace, *platform->trust, *platform->elements, *platform->alerts,

@@ -14,6 +14,7 @@
 // id> <text>" (the message as the panel shows it), "button <name> <x> <y>" (screen coordinates
 // of a button's centre), "closed". SIGTERM quits cleanly.
 #include "CoachTipPanelPresenter.h"
+#include "SymbolImageProvider.h"
 #include "coach/CoachTipController.h"
 #include "platform/Clock.h"
 #include "platform/Scheduler.h"
@@ -23,14 +24,18 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRasterWindow>
 #include <QSocketNotifier>
+#include <QtQml/qqmlextensionplugin.h>
 
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
+
+Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 
 using namespace Tessaline;
 
@@ -164,7 +169,9 @@ int run(QGuiApplication& app, double clockOffset, bool showOwnWindow)
     TimerScheduler scheduler;
     XInputKeyMonitor x11Monitor;
     ReportingMonitor monitor(x11Monitor);
-    CoachTipPanelPresenter presenter;
+    QQmlEngine engine;
+    engine.addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
+    CoachTipPanelPresenter presenter(engine);
     CurrentDesktopKeySettings keySettings;
     CoachTipController controller(defaults, clock, scheduler, monitor, presenter, keySettings);
 

@@ -3,11 +3,8 @@
 
 #include "BrowserModel.h"
 #include "CheatSheetModel.h"
-#include "FakeAccessibilityElement.h"
-#include "FakeAccessibilityTrust.h"
-#include "FakeAlertPresenter.h"
 #include "FakeHotKeyService.h"
-#include "FakeWorkspace.h"
+#include "FakeScanDesktop.h"
 #include "ListNavigator.h"
 #include "ManualScheduler.h"
 #include "SettingsModel.h"
@@ -84,7 +81,7 @@ void ViewFixture::release()
     qDeleteAll(m_models.children());
     m_hotkeys.reset();
     m_defaults.reset();
-    m_scanner.reset();
+    m_desktop.reset();
     m_store.reset();
     HotKey::HotKeysController::setService(nullptr);
     m_hotKeyService.reset();
@@ -104,15 +101,11 @@ void ViewFixture::reset()
         file.write(VaultCodec::encode(sampleVault()));
     file.close();
 
-    m_workspace = std::make_unique<FakeWorkspace>();
-    m_trust = std::make_unique<FakeAccessibilityTrust>();
-    m_elements = std::make_unique<FakeAccessibilityElementFactory>();
-    m_alerts = std::make_unique<FakeAlertPresenter>();
     m_hotKeyService = std::make_unique<FakeHotKeyService>();
     HotKey::HotKeysController::setService(m_hotKeyService.get());
     m_scheduler = std::make_unique<ManualScheduler>();
     m_store = std::make_unique<VaultStore>(configuration);
-    m_scanner = std::make_unique<AppMenuScanner>(*m_workspace, *m_trust, *m_elements, *m_alerts);
+    m_desktop = std::make_unique<FakeScanDesktop>();
     m_defaults = std::make_unique<DefaultsStore>(m_dir->filePath(QStringLiteral("defaults.json")));
     m_hotkeys = std::make_unique<HotkeyManager>(*m_defaults, *m_scheduler, [] {});
 }
@@ -127,7 +120,7 @@ QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID
                         {QStringLiteral("help"), TextHelperActions::description(action)}});
     }
     return keep(new CheatSheetModel(
-        *m_store, *m_scanner, tracked(appName, bundleID),
+        *m_store, m_desktop->scanner, tracked(appName, bundleID),
         [this](const QString& text) { m_copied << text; }, helpers, &m_models));
 }
 
@@ -139,17 +132,18 @@ QObject* ViewFixture::navigator()
 QObject* ViewFixture::browser()
 {
     return keep(new BrowserModel(
-        *m_store, *m_scanner, [this](const QString& text) { m_copied << text; }, &m_models));
+        *m_store, m_desktop->scanner, [this](const QString& text) { m_copied << text; },
+        &m_models));
 }
 
 QObject* ViewFixture::settings()
 {
-    return keep(new SettingsModel(*m_store, m_hotkeys.get(), *m_trust, &m_models));
+    return keep(new SettingsModel(*m_store, m_hotkeys.get(), m_desktop->trust, &m_models));
 }
 
 void ViewFixture::startScan(const QString& appName, const QString& bundleID)
 {
-    m_scanner->scanAndMergeCurrentApp(tracked(appName, bundleID), *m_store);
+    m_desktop->scanner.scanAndMergeCurrentApp(tracked(appName, bundleID), *m_store);
 }
 
 QString ViewFixture::autostartFile() const

@@ -8,16 +8,12 @@
 #include <memory>
 
 namespace Tessaline {
-class AppMenuScanner;
 class DefaultsStore;
 class HotkeyManager;
 class VaultStore;
 namespace Testing {
-class FakeAccessibilityElementFactory;
-class FakeAccessibilityTrust;
-class FakeAlertPresenter;
 class FakeHotKeyService;
-class FakeWorkspace;
+class FakeScanDesktop;
 class ManualScheduler;
 } // namespace Testing
 } // namespace Tessaline
@@ -70,14 +66,10 @@ private:
     void release();
 
     std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<Tessaline::Testing::FakeWorkspace> m_workspace;
-    std::unique_ptr<Tessaline::Testing::FakeAccessibilityTrust> m_trust;
-    std::unique_ptr<Tessaline::Testing::FakeAccessibilityElementFactory> m_elements;
-    std::unique_ptr<Tessaline::Testing::FakeAlertPresenter> m_alerts;
+    std::unique_ptr<Tessaline::Testing::FakeScanDesktop> m_desktop;
     std::unique_ptr<Tessaline::Testing::FakeHotKeyService> m_hotKeyService;
     std::unique_ptr<Tessaline::Testing::ManualScheduler> m_scheduler;
     std::unique_ptr<Tessaline::VaultStore> m_store;
-    std::unique_ptr<Tessaline::AppMenuScanner> m_scanner;
     std::unique_ptr<Tessaline::DefaultsStore> m_defaults;
     std::unique_ptr<Tessaline::HotkeyManager> m_hotkeys;
     QObject m_models;

@@ -3,6 +3,7 @@
 // text is drawn in, blended over the backgrounds behind it, keeps the contrast ratio that makes
 // text legible (4.5 : 1, or 3 : 1 for large and bold text).
 #include "AppIconProvider.h"
+#include "CoachTipPanelPresenter.h"
 #include "SymbolImageProvider.h"
 #include "ViewFixture.h"
 
@@ -308,21 +309,20 @@ private Q_SLOTS:
     void coachTip_data() { themes(); }
     void coachTip()
     {
-        const QVariantMap tip{
-            {QStringLiteral("id"), QStringLiteral("volume-precision")},
-            {QStringLiteral("title"), QStringLiteral("Tiny volume steps")},
-            {QStringLiteral("message"), QStringLiteral("Hold Shift while changing the volume.")}};
-        auto view = std::make_unique<QQuickView>(m_engine.get(), nullptr);
-        view->setResizeMode(QQuickView::SizeRootObjectToView);
-        view->resize(360, 132);
-        view->setInitialProperties({{QStringLiteral("tip"), tip}});
-        view->setSource(QUrl(QStringLiteral("qrc:/tessaline/coachtip/CoachTipView.qml")));
+        // The panel as the application shows it: the presenter builds it with the views' engine.
+        Tessaline::CoachTipPanelPresenter presenter(*m_engine);
+        const auto panel = presenter.showPanel(
+            {QStringLiteral("volume-precision"), QStringLiteral("Tiny volume steps"),
+             QStringLiteral("Hold Shift while changing the volume.")},
+            QRect(40, 40, 360, 132), [] {}, [] {});
+        QQuickView* view = presenter.window(panel);
+        QVERIFY(view);
         QVERIFY2(
             view->rootObject(),
             qPrintable(view->errors().isEmpty() ? QString() : view->errors().first().toString()));
-        view->show();
-        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(view));
         check(*view, QStringLiteral("coach-tip"));
+        presenter.hidePanel(panel);
     }
 
 private:

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "CoachTipPanelPresenter.h"
 
+#include "CoachTipCommands.h"
 #include "LogCategories.h"
 
 #include <QGuiApplication>
-#include <QIcon>
-#include <QPainter>
 #include <QPainterPath>
-#include <QQuickImageProvider>
-#include <QQuickItem>
 #include <QQuickView>
 #include <QRegion>
 #include <QScreen>
@@ -17,46 +14,8 @@
 namespace Tessaline {
 namespace {
 
-const QUrl kViewUrl(QStringLiteral("qrc:/tessaline/coachtip/CoachTipView.qml"));
-const QString kFallbackSymbol = QStringLiteral(":/tessaline/coachtip/lightbulb.svg");
+const QUrl kViewUrl(QStringLiteral("qrc:/Tessaline/qml/CoachTipView.qml"));
 constexpr int kCornerRadius = 12;
-
-// The lightbulb in yellow: the theme's icon when it has one, else the bundled drawing, painted
-// as a yellow silhouette either way.
-class SymbolImageProvider final : public QQuickImageProvider
-{
-public:
-    SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
-
-    QImage requestImage(const QString&, QSize* size, const QSize& requestedSize) override
-    {
-        const QSize target = requestedSize.isValid() ? requestedSize : QSize(48, 48);
-        QIcon icon = QIcon::fromTheme(QLatin1String(CoachTipPanelPresenter::kSymbolIconName));
-        if (icon.isNull() || icon.availableSizes().isEmpty())
-            icon = QIcon(kFallbackSymbol);
-        QImage image(target, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        {
-            QPainter painter(&image);
-            painter.setRenderHint(QPainter::Antialiasing);
-            const QPixmap pixmap = icon.pixmap(target);
-            if (!pixmap.isNull()) {
-                painter.drawPixmap(image.rect(), pixmap);
-            } else {
-                // Without an SVG reader: a plain disc, so the place is never blank.
-                painter.setPen(Qt::NoPen);
-                painter.setBrush(Qt::white);
-                painter.drawEllipse(image.rect().adjusted(4, 4, -4, -4));
-            }
-            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-            painter.fillRect(image.rect(), QColor(0xf5, 0xc2, 0x11));
-        }
-        if (size)
-            *size = image.size();
-        // A copy without the painter's engine attached to it.
-        return image.copy();
-    }
-};
 
 QRegion roundedRegion(const QSize& size)
 {
@@ -67,10 +26,9 @@ QRegion roundedRegion(const QSize& size)
 
 } // namespace
 
-CoachTipPanelPresenter::CoachTipPanelPresenter(QObject* parent) : QObject(parent)
-{
-    m_engine.addImageProvider(QStringLiteral("coachtip"), new SymbolImageProvider);
-}
+CoachTipPanelPresenter::CoachTipPanelPresenter(QQmlEngine& engine, QObject* parent)
+    : QObject(parent), m_engine(engine)
+{}
 
 CoachTipPanelPresenter::~CoachTipPanelPresenter()
 {
@@ -101,18 +59,21 @@ CoachTipPresenter::PanelId CoachTipPanelPresenter::showPanel(const CoachTip& tip
     window->setTitle(tip.title);
     window->setColor(Qt::transparent);
     window->setResizeMode(QQuickView::SizeRootObjectToView);
+    // The view's buttons reach the presenter through an object that lives with the window.
+    auto* commands = new CoachTipCommands(window);
+    connect(commands, &CoachTipCommands::dismissed, this,
+            [this, id] { panelAnswered(id, &Panel::onDismiss); });
+    connect(commands, &CoachTipCommands::neverShowChosen, this,
+            [this, id] { panelAnswered(id, &Panel::onNeverShow); });
     window->setInitialProperties(
         {{QStringLiteral("tip"), QVariantMap{{QStringLiteral("id"), tip.id},
                                              {QStringLiteral("title"), tip.title},
-                                             {QStringLiteral("message"), tip.message}}}});
+                                             {QStringLiteral("message"), tip.message}}},
+         {QStringLiteral("commands"), QVariant::fromValue(commands)}});
     window->setSource(kViewUrl);
     if (window->status() != QQuickView::Ready) {
         for (const QQmlError& error : window->errors())
             qCWarning(lcCoach) << error.toString();
-    }
-    if (QQuickItem* root = window->rootObject()) {
-        connect(root, SIGNAL(dismiss()), this, SLOT(panelDismissed()));
-        connect(root, SIGNAL(neverShow()), this, SLOT(panelNeverShow()));
     }
     window->setGeometry(frame);
     window->setMinimumSize(frame.size());
@@ -143,34 +104,15 @@ QQuickView* CoachTipPanelPresenter::window(PanelId id) const
     return it == m_panels.end() ? nullptr : it->second.window.data();
 }
 
-std::optional<CoachTipPresenter::PanelId> CoachTipPanelPresenter::panelOf(const QObject* root) const
+void CoachTipPanelPresenter::panelAnswered(PanelId id, std::function<void()> Panel::*callback)
 {
-    for (const auto& [id, panel] : m_panels) {
-        if (panel.window && panel.window->rootObject() == root)
-            return id;
-    }
-    return std::nullopt;
-}
-
-void CoachTipPanelPresenter::panelDismissed()
-{
-    const std::optional<PanelId> id = panelOf(sender());
-    if (!id)
+    const auto it = m_panels.find(id);
+    if (it == m_panels.end())
         return;
     // Copied: the callback usually hides the panel, which drops its entry.
-    const std::function<void()> callback = m_panels.at(*id).onDismiss;
-    if (callback)
-        callback();
-}
-
-void CoachTipPanelPresenter::panelNeverShow()
-{
-    const std::optional<PanelId> id = panelOf(sender());
-    if (!id)
-        return;
-    const std::function<void()> callback = m_panels.at(*id).onNeverShow;
-    if (callback)
-        callback();
+    const std::function<void()> call = it->second.*callback;
+    if (call)
+        call();
 }
 
 } // namespace Tessaline

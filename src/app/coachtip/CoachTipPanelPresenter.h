@@ -5,26 +5,23 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QQmlEngine>
 
 #include <map>
 
+class QQmlEngine;
 class QQuickView;
 
 namespace Tessaline {
 
 /// Shows each coach tip in its own small window hosting CoachTipView: frameless, above other
-/// windows, never taking the keyboard focus or activating Tessaline.
+/// windows, never taking the keyboard focus or activating Tessaline. The windows are built by
+/// the application's QML engine, whose "symbol" images draw the lightbulb.
 class CoachTipPanelPresenter final : public QObject, public CoachTipPresenter
 {
     Q_OBJECT
 
 public:
-    /// The freedesktop icon tried first for the lightbulb; a bundled drawing stands in when
-    /// the icon theme has none.
-    static constexpr auto kSymbolIconName = "help-hint";
-
-    explicit CoachTipPanelPresenter(QObject* parent = nullptr);
+    explicit CoachTipPanelPresenter(QQmlEngine& engine, QObject* parent = nullptr);
     ~CoachTipPanelPresenter() override;
 
     std::optional<QRect> availableGeometry() const override;
@@ -35,10 +32,6 @@ public:
     /// The window of a panel on screen, or null.
     QQuickView* window(PanelId panel) const;
 
-private slots:
-    void panelDismissed();
-    void panelNeverShow();
-
 private:
     struct Panel
     {
@@ -47,9 +40,10 @@ private:
         std::function<void()> onNeverShow;
     };
 
-    std::optional<PanelId> panelOf(const QObject* root) const;
+    /// Calls the panel's dismiss or never-show callback, if the panel is still on screen.
+    void panelAnswered(PanelId id, std::function<void()> Panel::*callback);
 
-    QQmlEngine m_engine;
+    QQmlEngine& m_engine;
     std::map<PanelId, Panel> m_panels;
     PanelId m_nextId = 1;
 };

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 
 // The application's icon from its desktop entry, or a symbol when it has none.

@@ -1,22 +1,29 @@
 // SPDX-License-Identifier: MIT
 // A coach tip: a yellow lightbulb beside the tip's title, its message and two buttons.
 // Sizes are device-independent pixels, like the panel that hosts the view.
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Tessaline
 
 ThemedSurface {
     id: view
 
     /// The tip to show: an object with `id`, `title` and `message`.
     required property var tip
-    /// The lightbulb image; the host provides one that is never blank.
-    property url symbolSource: "image://coachtip/lightbulb"
+    /// Passes the buttons on to the panel's presenter; none when the view only shows.
+    property CoachTipCommands commands: null
+    /// The lightbulb image, a bundled symbol in yellow, so it is never blank.
+    property url symbolSource: view.tintedSymbol("lightbulb.fill", "#f5c211")
 
     /// "Not now" (also Escape).
     signal dismiss()
     /// "Don't show again".
     signal neverShow()
+
+    onDismiss: if (view.commands) view.commands.dismiss()
+    onNeverShow: if (view.commands) view.commands.neverShow()
 
     implicitWidth: 360
     implicitHeight: content.implicitHeight + 2 * 14
@@ -38,7 +45,8 @@ ThemedSurface {
             Layout.alignment: Qt.AlignTop
             Layout.preferredWidth: 24
             Layout.preferredHeight: 24
-            sourceSize: Qt.size(48, 48)
+            sourceSize.width: 48
+            sourceSize.height: 48
             source: view.symbolSource
             fillMode: Image.PreserveAspectFit
             smooth: true
@@ -90,9 +98,9 @@ ThemedSurface {
         }
     }
 
-    // The cancel action of the panel.
+    // The cancel key of the panel.
     Shortcut {
-        sequences: [StandardKey.Cancel]
+        sequence: "Escape"
         onActivated: view.dismiss()
     }
 }

@@ -1,12 +1,14 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
+import Tessaline
 
 // The field that records a new HUD hotkey: click it, then press a chord. It shows the current
 // hotkey, or "Click to record" while the hotkey is off, and keeps focus after a capture so the
 // next chord replaces the last.
 FocusScope {
     id: field
-    required property var recorder   // HotkeyRecorder
+    required property HotkeyRecorder recorder
 
     readonly property string displayText: field.recorder.displayText
     implicitWidth: 210

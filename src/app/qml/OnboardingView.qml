@@ -1,21 +1,28 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Tessaline
 
-// The welcome window shown until the user starts using Tessaline.
+// The welcome window shown until the user starts using Tessaline. "Start using Tessaline" goes
+// out as a signal, which the commands pass on to the application.
 ThemedSurface {
     id: root
-    property var accessibility: null   // object with requestAccessibility()
+    /// Asks for the accessibility permission; none when the window only shows.
+    property SettingsModel accessibility: null
+    property OnboardingCommands commands: null
     property url logoSource: ""
 
     signal complete()
+
+    onComplete: if (root.commands) root.commands.complete()
 
     implicitWidth: 600
     implicitHeight: 500
 
     Keys.onReturnPressed: root.complete()
     Keys.onEnterPressed: root.complete()
-    Component.onCompleted: forceActiveFocus()
+    Component.onCompleted: root.forceActiveFocus()
 
     ColumnLayout {
         anchors.fill: parent

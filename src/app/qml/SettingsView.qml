@@ -1,12 +1,14 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Tessaline
 
 // The settings window: the HUD hotkey, the accessibility permission, the shortcut pack file and
 // starting at login.
 ThemedSurface {
     id: root
-    required property var model   // SettingsModel
+    required property SettingsModel model
 
     implicitWidth: 560
     implicitHeight: 520

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 
 // One of the interface's symbols, drawn from the icon theme or the bundled set and tinted.

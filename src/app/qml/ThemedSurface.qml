@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 
 // The surface every Tessaline window is drawn on. It hands the desktop's colours (the

@@ -1,15 +1,24 @@
+// No "pragma ComponentBehavior: Bound" here: in Qt 6.4 a ListView cannot create the header,
+// footer or section delegates of a bound file ("Component is not ready"). Without it, qmllint
+// takes the ids the list's delegates use for unqualified names, so that one check is off around
+// them; every lookup there names its object by id all the same.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Tessaline
 
 // Every shortcut of every app, grouped by app, with search, counts, the open-apps scan and the
-// scanner's status line.
+// scanner's status line. Its commands go out as signals, which the model passes on to the
+// application.
 ThemedSurface {
     id: root
-    required property var model   // BrowserModel
+    required property BrowserModel model
 
     signal scanOpenApps()
     signal showJson()
+
+    onScanOpenApps: root.model.requestScanOpenApps()
+    onShowJson: root.model.requestShowJson()
 
     implicitWidth: 760
     implicitHeight: 620
@@ -53,9 +62,11 @@ ThemedSurface {
                 visible: running
             }
             Button {
+                id: scanOpenAppsButton
                 objectName: "scanOpenAppsButton"
                 text: "Scan Open Apps"
-                icon.source: root.tintedSymbol("square.stack.3d.up", palette.buttonText)
+                icon.source: root.tintedSymbol("square.stack.3d.up",
+                                               scanOpenAppsButton.palette.buttonText)
                 icon.color: "transparent"
                 enabled: !root.model.isScanning
                 Accessible.name: text
@@ -105,7 +116,7 @@ ThemedSurface {
                 text: root.model.query
                 onTextEdited: root.model.query = text
                 Accessible.name: placeholderText
-                Component.onCompleted: forceActiveFocus()
+                Component.onCompleted: search.forceActiveFocus()
             }
         }
         Rectangle {
@@ -160,37 +171,19 @@ ThemedSurface {
                 ScrollBar.vertical: ScrollBar {}
 
                 section.property: "group"
-                section.delegate: RowLayout {
-                    required property string section
+                // qmllint disable unqualified
+                section.delegate: VaultBrowserSection {
                     width: list.width - list.leftMargin - list.rightMargin
-                    spacing: 8
-                    height: 36
-                    AppIconView {
-                        size: 20
-                        bundleID: root.model.bundleIDForGroup(section)
-                        fallbackSystemImage: root.model.bundleIDForGroup(section) ? "app.dashed" : "keyboard"
-                    }
-                    Label {
-                        text: section
-                        font.pixelSize: 13
-                        font.weight: Font.DemiBold
-                        Accessible.name: text
-                    }
-                    Label {
-                        objectName: "groupCount"
-                        // A header is kept while its group stays in the list: the count must
-                        // follow the rows, so it binds to the counts, not a one-off call.
-                        text: root.model.groupCounts[section] ?? 0
-                        font.pixelSize: 11
-                        color: root.secondary
-                    }
-                    Item { Layout.fillWidth: true }
+                    model: root.model
+                    theme: root
                 }
 
                 delegate: VaultBrowserRow {
+                    id: row
                     width: list.width - list.leftMargin - list.rightMargin
-                    onCopyChord: root.model.copyChord(chord)
+                    onCopyChord: root.model.copyChord(row.chord)
                 }
+                // qmllint enable unqualified
             }
         }
     }

@@ -2,7 +2,6 @@
 // The application root on a faked desktop: the welcome window at launch, the HUD toggle and
 // where the HUD panel goes.
 #include "AppDelegate.h"
-#include "AppWindowPresenter.h"
 #include "FakeAccessibilityElement.h"
 #include "FakeAccessibilityTrust.h"
 #include "FakeAlertPresenter.h"
@@ -15,6 +14,7 @@
 #include "FakeSystemKeyMonitor.h"
 #include "FakeWindowHints.h"
 #include "FakeWorkspace.h"
+#include "FloatingPanel.h"
 #include "ManualScheduler.h"
 #include "ShortcutListModel.h"
 #include "SymbolImageProvider.h"
@@ -24,10 +24,11 @@
 #include <hotkey/HotKeysController.h>
 
 #include <QAbstractItemModel>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QSignalSpy>
+#include <QQuickView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
@@ -36,6 +37,15 @@ Q_IMPORT_QML_PLUGIN(TessalinePlugin)
 
 using namespace Tessaline;
 using namespace Tessaline::Testing;
+
+namespace {
+
+// The titles of the application's windows.
+constexpr const char* kWelcome = "Welcome to Tessaline";
+constexpr const char* kSettings = "Tessaline Settings";
+constexpr const char* kBrowser = "All Tessaline Shortcuts";
+
+} // namespace
 
 class TestAppDelegate : public QObject
 {
@@ -70,6 +80,28 @@ class TestAppDelegate : public QObject
         m_delegate->applicationDidFinishLaunching(how);
     }
 
+    // The HUD on screen, found as the user sees it: the visible floating panel.
+    static FloatingPanel* hud()
+    {
+        for (QWindow* window : QGuiApplication::topLevelWindows()) {
+            auto* panel = qobject_cast<FloatingPanel*>(window);
+            if (panel && panel->isVisible())
+                return panel;
+        }
+        return nullptr;
+    }
+
+    // The open window with this title.
+    static QQuickView* window(const char* title)
+    {
+        for (QWindow* window : QGuiApplication::topLevelWindows()) {
+            auto* view = qobject_cast<QQuickView*>(window);
+            if (view && view->isVisible() && view->title() == QLatin1String(title))
+                return view;
+        }
+        return nullptr;
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -79,6 +111,7 @@ private Q_SLOTS:
         m_workspace.frontmost =
             makeApp(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"), 42);
         m_trust.trusted = true;
+        m_windowHints.skippedTaskbar.clear();
     }
 
     void cleanup()
@@ -95,8 +128,7 @@ private Q_SLOTS:
     void welcomeWindowOpensUntilOnboardingIsCompleted()
     {
         launch();
-        QQuickView* welcome =
-            m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding);
+        QQuickView* welcome = window(kWelcome);
         QVERIFY(welcome);
         QVERIFY(welcome->isVisible());
         QVERIFY(welcome->rootObject());
@@ -110,58 +142,54 @@ private Q_SLOTS:
     {
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
-        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
-        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Settings));
-        QVERIFY(!m_delegate->panel());
+        QVERIFY(!window(kWelcome));
+        QVERIFY(!window(kSettings));
+        QVERIFY(!hud());
     }
 
     void startAtLoginOpensNoWindowEvenBeforeOnboarding()
     {
         launch(AppDelegate::Launch::AtLogin);
-        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
-        QVERIFY(!m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Settings));
-        QVERIFY(!m_delegate->panel());
-        // The tray and the hotkey are up as at any other start.
-        QVERIFY(m_delegate->menuBarController());
-        QVERIFY(m_delegate->hotkeyManager());
+        QVERIFY(!window(kWelcome));
+        QVERIFY(!window(kSettings));
+        QVERIFY(!hud());
         QVERIFY(!m_defaults->contains(QStringLiteral("Onboarding.completed")));
+        // The HUD is still reachable as after any other start.
+        m_delegate->toggleHUD();
+        QVERIFY(hud());
     }
 
     void falseFlagStillShowsTheWelcomeWindow()
     {
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), false);
         launch();
-        QVERIFY(m_delegate->windowPresenter().window(AppWindowPresenter::Kind::Onboarding));
+        QVERIFY(window(kWelcome));
     }
 
     void togglingShowsThenHidesAndDropsThePanel()
     {
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
-        QSignalSpy shown(m_delegate.get(), &AppDelegate::hudShown);
         m_delegate->toggleHUD();
-        QPointer<FloatingPanel> first = m_delegate->panel();
+        QPointer<FloatingPanel> first = hud();
         QVERIFY(first);
         QVERIFY(first->isVisible());
         QVERIFY(first->rootObject());
         QCOMPARE(first->size(), QSize(720, 560));
         QCOMPARE(first->position(),
                  WindowPlacement::centeredOrigin(WindowPlacement::areaUnderMouse(), first->size()));
-        QCOMPARE(shown.count(), 1);
         // The HUD is a panel: the window manager is asked to keep it out of the taskbar.
         QCOMPARE(m_windowHints.skippedTaskbar, QList<const QWindow*>{first.data()});
 
         m_delegate->toggleHUD();
-        QVERIFY(!m_delegate->panel());
+        QVERIFY(!hud());
         QVERIFY(QTest::qWaitFor([&first] { return first.isNull(); }, 2000));
 
         m_delegate->toggleHUD();
-        QVERIFY(m_delegate->panel());
-        QVERIFY(m_delegate->panel()->isVisible());
-        QCOMPARE(shown.count(), 2);
+        QVERIFY(hud());
+        QVERIFY(hud()->isVisible());
         QCOMPARE(m_windowHints.skippedTaskbar.size(), 2);
-        QCOMPARE(m_windowHints.skippedTaskbar.last(),
-                 static_cast<const QWindow*>(m_delegate->panel()));
+        QCOMPARE(m_windowHints.skippedTaskbar.last(), static_cast<const QWindow*>(hud()));
     }
 
     void hudShowsTheAppThatWasInFront()
@@ -169,7 +197,7 @@ private Q_SLOTS:
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
         m_delegate->showHUD();
-        QQuickItem* root = m_delegate->panel()->rootObject();
+        QQuickItem* root = hud()->rootObject();
         QVERIFY(root);
         QObject* model = root->property("model").value<QObject*>();
         QVERIFY(model);
@@ -181,7 +209,7 @@ private Q_SLOTS:
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
         m_delegate->showHUD();
-        FloatingPanel* panel = m_delegate->panel();
+        FloatingPanel* panel = hud();
         QVERIFY(QTest::qWaitForWindowActive(panel));
         QObject* model = panel->rootObject()->property("model").value<QObject*>();
         QObject* navigator = panel->rootObject()->property("navigator").value<QObject*>();
@@ -198,7 +226,7 @@ private Q_SLOTS:
         QTest::keyClick(panel, Qt::Key_Return);
         QCOMPARE(m_clipboard.content, std::optional<QString>(second));
         // The HUD stays open after a copy.
-        QCOMPARE(m_delegate->panel(), panel);
+        QCOMPARE(hud(), panel);
         QVERIFY(panel->isVisible());
 
         // "/" brings the focus back to the search field and types nothing.
@@ -221,9 +249,40 @@ private Q_SLOTS:
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
         m_delegate->showHUD();
-        QPointer<FloatingPanel> panel = m_delegate->panel();
+        QPointer<FloatingPanel> panel = hud();
         QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "close"));
-        QVERIFY(!m_delegate->panel());
+        QVERIFY(!hud());
+        QVERIFY(QTest::qWaitFor([&panel] { return panel.isNull(); }, 2000));
+    }
+
+    void commandsFromTheViewsReachTheApplication()
+    {
+        m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
+        launch();
+        m_delegate->showHUD();
+        QPointer<FloatingPanel> panel = hud();
+        QVERIFY(panel && panel->rootObject());
+
+        QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "settings"));
+        QVERIFY(window(kSettings));
+        QVERIFY(QMetaObject::invokeMethod(panel->rootObject(), "browseAll"));
+        QQuickView* browser = window(kBrowser);
+        QVERIFY(browser && browser->rootObject());
+
+        // The browser's open-apps scan runs, and ends with the browser in front again.
+        auto* model = browser->rootObject()->property("model").value<QObject*>();
+        QVERIFY(model);
+        QVERIFY(model->property("statusText").toString().isEmpty());
+        QVERIFY(QMetaObject::invokeMethod(browser->rootObject(), "scanOpenApps"));
+        QTRY_VERIFY(!model->property("isScanning").toBool() &&
+                    !model->property("statusText").toString().isEmpty());
+        QCOMPARE(window(kBrowser), browser);
+
+        // A helper chosen in the HUD closes it.
+        QVERIFY(QMetaObject::invokeMethod(
+            panel->rootObject(), "helperAction",
+            Q_ARG(QString, TextHelperActions::rawValue(TextHelperAction::Bullet))));
+        QVERIFY(!hud());
         QVERIFY(QTest::qWaitFor([&panel] { return panel.isNull(); }, 2000));
     }
 
@@ -232,10 +291,10 @@ private Q_SLOTS:
         m_defaults->setBool(QStringLiteral("Onboarding.completed"), true);
         launch();
         m_delegate->showHUD();
-        QVERIFY(m_delegate->panel());
+        QVERIFY(hud());
         m_trust.trusted = false;
         m_delegate->performHelper(TextHelperAction::Bullet);
-        QVERIFY(!m_delegate->panel());
+        QVERIFY(!hud());
         m_scheduler.advance(5000);
         QTest::qWait(10);
         QCOMPARE(m_keyInjector.posts, 0);

@@ -4,10 +4,7 @@
 #include "AppTestSupport.h"
 #include "BrowserModel.h"
 #include "CheatSheetModel.h"
-#include "FakeAccessibilityElement.h"
-#include "FakeAccessibilityTrust.h"
-#include "FakeAlertPresenter.h"
-#include "FakeWorkspace.h"
+#include "FakeScanDesktop.h"
 #include "ShortcutListModel.h"
 #include "scan/AppMenuScanner.h"
 #include "search/FuzzyMatch.h"
@@ -49,6 +46,17 @@ QStringList column(QAbstractItemModel& model, int role)
     return values;
 }
 
+// The titles of the model's sections, in order.
+QStringList sectionTitles(CheatSheetModel& model)
+{
+    QStringList titles;
+    for (const QString& group : column(*model.rows(), ShortcutListModel::GroupRole)) {
+        if (titles.isEmpty() || titles.last() != group)
+            titles.append(group);
+    }
+    return titles;
+}
+
 } // namespace
 
 class TestCheatSheetModel : public QObject
@@ -56,47 +64,30 @@ class TestCheatSheetModel : public QObject
     Q_OBJECT
 
     std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<FakeWorkspace> m_workspace;
-    std::unique_ptr<FakeAccessibilityTrust> m_trust;
-    std::unique_ptr<FakeAccessibilityElementFactory> m_elements;
-    std::unique_ptr<FakeAlertPresenter> m_alerts;
+    std::unique_ptr<FakeScanDesktop> m_desktop;
     std::unique_ptr<VaultStore> m_store;
-    std::unique_ptr<AppMenuScanner> m_scanner;
     QStringList m_copied;
 
     std::unique_ptr<CheatSheetModel> cheatSheet(const TrackedApp& app)
     {
         return std::make_unique<CheatSheetModel>(
-            *m_store, *m_scanner, app, [this](const QString& text) { m_copied << text; },
+            *m_store, m_desktop->scanner, app, [this](const QString& text) { m_copied << text; },
             QVariantList{});
-    }
-
-    bool waitForScan()
-    {
-        if (!m_scanner->isScanning())
-            return true;
-        QSignalSpy finished(m_scanner.get(), &AppMenuScanner::scanFinished);
-        return finished.wait(5000);
     }
 
 private Q_SLOTS:
     void init()
     {
         m_dir = std::make_unique<QTemporaryDir>();
-        m_workspace = std::make_unique<FakeWorkspace>();
-        m_trust = std::make_unique<FakeAccessibilityTrust>();
-        m_elements = std::make_unique<FakeAccessibilityElementFactory>();
-        m_alerts = std::make_unique<FakeAlertPresenter>();
         m_store = std::make_unique<VaultStore>(AppTestSupport::writeVault(*m_dir, sampleVault()));
         QVERIFY2(!m_store->lastError(), qPrintable(m_store->lastErrorText()));
-        m_scanner =
-            std::make_unique<AppMenuScanner>(*m_workspace, *m_trust, *m_elements, *m_alerts);
+        m_desktop = std::make_unique<FakeScanDesktop>();
         m_copied.clear();
     }
 
     void cleanup()
     {
-        m_scanner.reset();
+        m_desktop.reset();
         m_store.reset();
         m_dir.reset();
     }
@@ -107,9 +98,8 @@ private Q_SLOTS:
         QVERIFY(model->vaultReady());
         QCOMPARE(model->appName(), QStringLiteral("Editor"));
         QCOMPARE(model->appBundleID(), QVariant(QStringLiteral("org.example.Editor")));
-        QCOMPARE(model->sectionTitles(),
-                 (QStringList{QStringLiteral("Editor shortcuts"),
-                              QStringLiteral("Global desktop essentials")}));
+        QCOMPARE(sectionTitles(*model), (QStringList{QStringLiteral("Editor shortcuts"),
+                                                     QStringLiteral("Global desktop essentials")}));
         QCOMPARE(model->flatCount(), 5);
         QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
                  (QStringList{QStringLiteral("Find"), QStringLiteral("Save"),
@@ -124,7 +114,7 @@ private Q_SLOTS:
         auto model = cheatSheet(kEmpty);
         QVERIFY(!model->vaultReady());
         // The global list is still shown.
-        QCOMPARE(model->sectionTitles(), QStringList{QStringLiteral("Global desktop essentials")});
+        QCOMPARE(sectionTitles(*model), QStringList{QStringLiteral("Global desktop essentials")});
         QCOMPARE(model->flatCount(), 2);
     }
 
@@ -152,7 +142,7 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("Yank line")});
         model->setFilter(QStringLiteral("zzzzqqq"));
         QCOMPARE(model->flatCount(), 0);
-        QVERIFY(model->sectionTitles().isEmpty());
+        QVERIFY(sectionTitles(*model).isEmpty());
         // Matching nothing does not change whether the app is in the vault.
         QVERIFY(model->vaultReady());
     }
@@ -192,7 +182,7 @@ private Q_SLOTS:
             m_store->storedItem(item(QStringLiteral("Save"), QStringLiteral("⌘S")).id(), kEditor);
         QVERIFY(saved);
         QCOMPARE(saved->favorite, std::optional<bool>(true));
-        QCOMPARE(model->sectionTitles().first(), QStringLiteral("Favorites for Editor"));
+        QCOMPARE(sectionTitles(*model).first(), QStringLiteral("Favorites for Editor"));
         // Out of range does nothing.
         model->toggleFavorite(-1);
         model->toggleFavorite(99);
@@ -226,29 +216,70 @@ private Q_SLOTS:
         QVERIFY(editor->scanStatus().isEmpty());
         QVERIFY(!editor->isScanning());
 
-        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
+        m_desktop->scanner.scanAndMergeCurrentApp(kEditor, *m_store);
         QVERIFY(editor->isScanning());
         QCOMPARE(editor->scanStatus(), QStringLiteral("Scanning Editor menus..."));
         QVERIFY(other->scanStatus().isEmpty());
         QVERIFY(status.count() >= 1);
 
-        QVERIFY(waitForScan());
+        QVERIFY(m_desktop->waitForScan());
         QVERIFY(!editor->isScanning());
         // The fake desktop runs no such app.
         QCOMPARE(editor->scanStatus(), QStringLiteral("Editor is not running anymore."));
     }
 
+    void commandsBecomeRequests()
+    {
+        auto model = cheatSheet(kEditor);
+        QSignalSpy close(model.get(), &CheatSheetModel::closeRequested);
+        QSignalSpy reload(model.get(), &CheatSheetModel::reloadRequested);
+        QSignalSpy scan(model.get(), &CheatSheetModel::scanMenusRequested);
+        QSignalSpy browse(model.get(), &CheatSheetModel::browseAllRequested);
+        QSignalSpy settings(model.get(), &CheatSheetModel::settingsRequested);
+        QSignalSpy helper(model.get(), &CheatSheetModel::helperActionRequested);
+        const QList<QSignalSpy*> spies{&close, &reload, &scan, &browse, &settings, &helper};
+        const auto counts = [&spies] {
+            QList<qsizetype> result;
+            for (const QSignalSpy* spy : spies)
+                result << spy->count();
+            return result;
+        };
+        model->requestClose();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 0, 0, 0, 0, 0}));
+        model->requestReload();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 0, 0, 0, 0}));
+        model->requestScanMenus();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 0, 0, 0}));
+        model->requestBrowseAll();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 0, 0}));
+        model->requestSettings();
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 1, 0}));
+        model->requestHelperAction(QStringLiteral("bullets"));
+        QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1, 1, 1, 1}));
+        QCOMPARE(helper.first().first().toString(), QStringLiteral("bullets"));
+
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
+        QSignalSpy scanOpen(&browser, &BrowserModel::scanOpenAppsRequested);
+        QSignalSpy showJson(&browser, &BrowserModel::showJsonRequested);
+        browser.requestScanOpenApps();
+        QCOMPARE(scanOpen.count(), 1);
+        QCOMPARE(showJson.count(), 0);
+        browser.requestShowJson();
+        QCOMPARE(scanOpen.count(), 1);
+        QCOMPARE(showJson.count(), 1);
+    }
+
     void dismissScanStatusClearsIt()
     {
         auto model = cheatSheet(kEditor);
-        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
-        QVERIFY(waitForScan());
+        m_desktop->scanner.scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(m_desktop->waitForScan());
         QVERIFY(!model->scanStatus().isEmpty());
         QSignalSpy status(model.get(), &CheatSheetModel::scanStatusChanged);
         model->dismissScanStatus();
         QVERIFY(model->scanStatus().isEmpty());
-        QVERIFY(!m_scanner->statusText());
-        QVERIFY(!m_scanner->statusAppBundleID());
+        QVERIFY(!m_desktop->scanner.statusText());
+        QVERIFY(!m_desktop->scanner.statusAppBundleID());
         QVERIFY(status.count() >= 1);
     }
 
@@ -306,14 +337,16 @@ private Q_SLOTS:
 
     void browserCountsPacksAndEveryRow()
     {
-        BrowserModel browser(*m_store, *m_scanner, [this](const QString& t) { m_copied << t; });
+        BrowserModel browser(*m_store, m_desktop->scanner,
+                             [this](const QString& t) { m_copied << t; });
         QAbstractItemModelTester tester(browser.rows(),
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
         QCOMPARE(browser.appPackCount(), 2);
         QCOMPARE(browser.shortcutCount(), 5);
         QCOMPARE(browser.rowCount(), 5);
-        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
-        QCOMPARE(browser.countForGroup(QStringLiteral("Global desktop essentials")), 2);
+        QCOMPARE(browser.groupCounts().value(QStringLiteral("Editor")).toInt(), 3);
+        QCOMPARE(browser.groupCounts().value(QStringLiteral("Global desktop essentials")).toInt(),
+                 2);
         QCOMPARE(browser.bundleIDForGroup(QStringLiteral("Editor")),
                  QVariant(QStringLiteral("org.example.Editor")));
         QVERIFY(!browser.bundleIDForGroup(QStringLiteral("Global desktop essentials")).isValid());
@@ -326,18 +359,18 @@ private Q_SLOTS:
 
     void browserQueryFiltersButCountsStay()
     {
-        BrowserModel browser(*m_store, *m_scanner, {});
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
         QSignalSpy rows(&browser, &BrowserModel::rowsChanged);
         QSignalSpy query(&browser, &BrowserModel::queryChanged);
         browser.setQuery(QStringLiteral("   "));
         QCOMPARE(browser.rowCount(), 5);
         browser.setQuery(QStringLiteral("org.example.editor"));
         QCOMPARE(browser.rowCount(), 3);
-        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 3);
+        QCOMPARE(browser.groupCounts().value(QStringLiteral("Editor")).toInt(), 3);
         QCOMPARE(browser.groupCounts(), (QVariantMap{{QStringLiteral("Editor"), 3}}));
         browser.setQuery(QStringLiteral("no such shortcut anywhere"));
         QCOMPARE(browser.rowCount(), 0);
-        QCOMPARE(browser.countForGroup(QStringLiteral("Editor")), 0);
+        QCOMPARE(browser.groupCounts().value(QStringLiteral("Editor")).toInt(), 0);
         QCOMPARE(browser.shortcutCount(), 5);
         QCOMPARE(browser.appPackCount(), 2);
         QCOMPARE(query.count(), 3);
@@ -348,7 +381,7 @@ private Q_SLOTS:
 
     void browserRowsAreTheIndexGroupsInOrder()
     {
-        BrowserModel browser(*m_store, *m_scanner, {});
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
         QAbstractItemModelTester tester(browser.rows(),
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
         for (const QString& query : {QString(), QStringLiteral("s"), QStringLiteral("editor")}) {
@@ -377,7 +410,7 @@ private Q_SLOTS:
 
     void browserFollowsTheVaultAndTheScanner()
     {
-        BrowserModel browser(*m_store, *m_scanner, {});
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
         QAbstractItemModelTester tester(browser.rows(),
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
         QSignalSpy counts(&browser, &BrowserModel::countsChanged);
@@ -394,11 +427,11 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("Reveal")});
         QCOMPARE(column(*browser.rows(), ShortcutListModel::GroupRole), QStringList{kUnknown.name});
 
-        m_scanner->scanAndMergeCurrentApp(kEditor, *m_store);
+        m_desktop->scanner.scanAndMergeCurrentApp(kEditor, *m_store);
         QVERIFY(browser.isScanning());
         QCOMPARE(browser.statusText(), QStringLiteral("Scanning Editor menus..."));
         QVERIFY(scanner.count() >= 1);
-        QVERIFY(waitForScan());
+        QVERIFY(m_desktop->waitForScan());
         QVERIFY(!browser.isScanning());
     }
 };

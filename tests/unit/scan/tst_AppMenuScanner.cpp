@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Scan orchestration: checks before the walk, merging, status messages, exclusion and the
 // permission prompt.
-#include "FakeAccessibilityElement.h"
-#include "FakeAccessibilityTrust.h"
-#include "FakeAlertPresenter.h"
-#include "FakeWorkspace.h"
-#include "scan/AppMenuScanner.h"
+#include "FakeScanDesktop.h"
 #include "vault/VaultStore.h"
 
 #include <QSignalSpy>
@@ -32,63 +28,49 @@ class TestAppMenuScanner : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<FakeWorkspace> workspace;
-    std::unique_ptr<FakeAccessibilityTrust> trust;
-    std::unique_ptr<FakeAccessibilityElementFactory> elements;
-    std::unique_ptr<FakeAlertPresenter> alerts;
+    std::unique_ptr<FakeScanDesktop> desktop;
     std::unique_ptr<QTemporaryDir> folder;
     std::unique_ptr<VaultStore> store;
-    std::unique_ptr<AppMenuScanner> scanner;
 
     // Registers a running application whose menu bar has one menu with `items` shortcuts.
     void addApp(const QString& name, const QString& bundleID, qint64 pid, int items)
     {
-        workspace->apps.append(makeApp(name, bundleID, pid));
+        desktop->workspace.apps.append(makeApp(name, bundleID, pid));
         QList<FakeElementPtr> entries;
         for (int i = 0; i < items; ++i)
             entries.append(makeItem(QStringLiteral("Command %1").arg(i),
                                     QString(QChar(QLatin1Char('a').unicode() + i))));
-        elements->applications.insert(pid,
-                                      makeApplication({makeMenu(QStringLiteral("File"), entries)}));
+        desktop->elements.applications.insert(
+            pid, makeApplication({makeMenu(QStringLiteral("File"), entries)}));
     }
 
-    // Runs the event loop until the scanner reports the end of a scan.
-    bool waitForScan()
+    QString status() const
     {
-        if (!scanner->isScanning())
-            return true;
-        QSignalSpy finished(scanner.get(), &AppMenuScanner::scanFinished);
-        return finished.wait(5000);
+        return desktop->scanner.statusText().value_or(QStringLiteral("<none>"));
     }
-
-    QString status() const { return scanner->statusText().value_or(QStringLiteral("<none>")); }
 
 private Q_SLOTS:
     void init()
     {
-        workspace = std::make_unique<FakeWorkspace>();
-        trust = std::make_unique<FakeAccessibilityTrust>();
-        elements = std::make_unique<FakeAccessibilityElementFactory>();
-        alerts = std::make_unique<FakeAlertPresenter>();
+        desktop = std::make_unique<FakeScanDesktop>();
         // A fresh, empty vault for every test.
         folder = std::make_unique<QTemporaryDir>();
         store = std::make_unique<VaultStore>(
             VaultStore::Configuration{folder->filePath(QStringLiteral("keybinds.json")), {}});
-        scanner = std::make_unique<AppMenuScanner>(*workspace, *trust, *elements, *alerts);
     }
 
     void cleanup()
     {
-        scanner.reset();
+        desktop.reset();
         store.reset();
     }
 
     void initialState()
     {
-        QVERIFY(!scanner->isScanning());
-        QVERIFY(!scanner->statusText());
-        QVERIFY(!scanner->statusAppBundleID());
-        QVERIFY(!scanner->statusText(tracked(QStringLiteral("A"), QStringLiteral("a"))));
+        QVERIFY(!desktop->scanner.isScanning());
+        QVERIFY(!desktop->scanner.statusText());
+        QVERIFY(!desktop->scanner.statusAppBundleID());
+        QVERIFY(!desktop->scanner.statusText(tracked(QStringLiteral("A"), QStringLiteral("a"))));
     }
 
     void errorDescriptions()
@@ -106,34 +88,35 @@ private Q_SLOTS:
     void scanChecksRunInOrder()
     {
         // No bundle id wins over missing trust.
-        trust->trusted = false;
-        QCOMPARE(scanner->scan(TrackedApp::placeholder()),
+        desktop->trust.trusted = false;
+        QCOMPARE(desktop->scanner.scan(TrackedApp::placeholder()),
                  ScanOutcome(MenuScanError::missingBundleID()));
-        QCOMPARE(scanner->scan(tracked(QStringLiteral("Gone"), QStringLiteral("org.gone"))),
+        QCOMPARE(desktop->scanner.scan(tracked(QStringLiteral("Gone"), QStringLiteral("org.gone"))),
                  ScanOutcome(MenuScanError::accessibilityNotGranted()));
-        trust->trusted = true;
-        QCOMPARE(scanner->scan(tracked(QStringLiteral("Gone"), QStringLiteral("org.gone"))),
+        desktop->trust.trusted = true;
+        QCOMPARE(desktop->scanner.scan(tracked(QStringLiteral("Gone"), QStringLiteral("org.gone"))),
                  ScanOutcome(MenuScanError::appNotRunning(QStringLiteral("Gone"))));
         // Running, but the accessibility service does not know the process.
-        workspace->apps.append(makeApp(QStringLiteral("Mute"), QStringLiteral("org.mute"), 7));
-        QCOMPARE(scanner->scan(tracked(QStringLiteral("Mute"), QStringLiteral("org.mute"))),
+        desktop->workspace.apps.append(
+            makeApp(QStringLiteral("Mute"), QStringLiteral("org.mute"), 7));
+        QCOMPARE(desktop->scanner.scan(tracked(QStringLiteral("Mute"), QStringLiteral("org.mute"))),
                  ScanOutcome(MenuScanError::menuUnavailable(QStringLiteral("Mute"))));
         // Known, but without a menu bar.
-        elements->applications.insert(7, std::make_shared<FakeAccessibilityElement>());
-        QCOMPARE(scanner->scan(tracked(QStringLiteral("Mute"), QStringLiteral("org.mute"))),
+        desktop->elements.applications.insert(7, std::make_shared<FakeAccessibilityElement>());
+        QCOMPARE(desktop->scanner.scan(tracked(QStringLiteral("Mute"), QStringLiteral("org.mute"))),
                  ScanOutcome(MenuScanError::menuUnavailable(QStringLiteral("Mute"))));
-        QVERIFY(alerts->shown.isEmpty());
+        QVERIFY(desktop->alerts.shown.isEmpty());
     }
 
     void scanUsesTheFirstRunningInstance()
     {
         addApp(QStringLiteral("Editor"), QStringLiteral("org.editor"), 10, 2);
         addApp(QStringLiteral("Editor"), QStringLiteral("org.editor"), 11, 5);
-        const ScanOutcome outcome =
-            scanner->scan(tracked(QStringLiteral("My Editor"), QStringLiteral("org.editor")));
+        const ScanOutcome outcome = desktop->scanner.scan(
+            tracked(QStringLiteral("My Editor"), QStringLiteral("org.editor")));
         const auto* result = std::get_if<ScanResult>(&outcome);
         QVERIFY(result);
-        QCOMPARE(elements->requested, QList<qint64>{10});
+        QCOMPARE(desktop->elements.requested, QList<qint64>{10});
         QCOMPARE(result->shortcuts.size(), 2);
         QCOMPARE(result->app, tracked(QStringLiteral("My Editor"), QStringLiteral("org.editor")));
     }
@@ -143,22 +126,22 @@ private Q_SLOTS:
         addApp(QStringLiteral("Preview"), QStringLiteral("com.example.Preview"), 5, 3);
         const TrackedApp preview =
             tracked(QStringLiteral("Preview"), QStringLiteral("com.example.Preview"));
-        QSignalSpy texts(scanner.get(), &AppMenuScanner::statusTextChanged);
-        QSignalSpy scanning(scanner.get(), &AppMenuScanner::isScanningChanged);
+        QSignalSpy texts(&desktop->scanner, &AppMenuScanner::statusTextChanged);
+        QSignalSpy scanning(&desktop->scanner, &AppMenuScanner::isScanningChanged);
 
-        scanner->scanAndMergeCurrentApp(preview, *store);
+        desktop->scanner.scanAndMergeCurrentApp(preview, *store);
         // The flag and the first message are set before the request returns.
-        QVERIFY(scanner->isScanning());
+        QVERIFY(desktop->scanner.isScanning());
         QCOMPARE(status(), QStringLiteral("Scanning Preview menus..."));
-        QCOMPARE(scanner->statusAppBundleID(), preview.bundleID);
-        QVERIFY(waitForScan());
-        QVERIFY(!scanner->isScanning());
+        QCOMPARE(desktop->scanner.statusAppBundleID(), preview.bundleID);
+        QVERIFY(desktop->waitForScan());
+        QVERIFY(!desktop->scanner.isScanning());
         QCOMPARE(scanning.size(), 2);
         QCOMPARE(texts.size(), 2);
         QCOMPARE(status(), QStringLiteral("Added 3 of 3 discovered shortcuts for Preview."));
 
-        scanner->scanAndMergeCurrentApp(preview, *store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeCurrentApp(preview, *store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(),
                  QStringLiteral("Found 3 shortcuts for Preview; they were already in the vault."));
     }
@@ -167,50 +150,52 @@ private Q_SLOTS:
     {
         addApp(QStringLiteral("Notes"), QStringLiteral("org.notes"), 5, 2);
         const TrackedApp notes = tracked(QStringLiteral("Notes"), QStringLiteral("org.notes"));
-        scanner->scanAndMergeCurrentApp(notes, *store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeCurrentApp(notes, *store);
+        QVERIFY(desktop->waitForScan());
         addApp(QStringLiteral("Notes"), QStringLiteral("org.notes"), 6, 5);
-        workspace->apps.removeFirst();
-        scanner->scanAndMergeCurrentApp(notes, *store);
-        QVERIFY(waitForScan());
+        desktop->workspace.apps.removeFirst();
+        desktop->scanner.scanAndMergeCurrentApp(notes, *store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(), QStringLiteral("Added 3 of 5 discovered shortcuts for Notes."));
     }
 
     void currentAppScanWithNoShortcuts()
     {
         addApp(QStringLiteral("Calculator"), QStringLiteral("org.calc"), 5, 0);
-        scanner->scanAndMergeCurrentApp(
+        desktop->scanner.scanAndMergeCurrentApp(
             tracked(QStringLiteral("Calculator"), QStringLiteral("org.calc")), *store);
-        QVERIFY(waitForScan());
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(), QStringLiteral("No menu shortcuts found for Calculator."));
     }
 
     void currentAppScanReportsErrors()
     {
-        scanner->scanAndMergeCurrentApp(tracked(QStringLiteral("Gone"), QStringLiteral("org.gone")),
-                                        *store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeCurrentApp(
+            tracked(QStringLiteral("Gone"), QStringLiteral("org.gone")), *store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(), QStringLiteral("Gone is not running anymore."));
 
-        workspace->apps.append(makeApp(QStringLiteral("Frozen"), QStringLiteral("org.frozen"), 9));
-        scanner->scanAndMergeCurrentApp(
+        desktop->workspace.apps.append(
+            makeApp(QStringLiteral("Frozen"), QStringLiteral("org.frozen"), 9));
+        desktop->scanner.scanAndMergeCurrentApp(
             tracked(QStringLiteral("Frozen"), QStringLiteral("org.frozen")), *store);
-        QVERIFY(waitForScan());
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(), QStringLiteral("Tessaline could not read the menu bar for Frozen."));
-        QVERIFY(alerts->shown.isEmpty());
+        QVERIFY(desktop->alerts.shown.isEmpty());
     }
 
     void placeholderMessageIsGeneral()
     {
         addApp(QStringLiteral("B"), QStringLiteral("org.b"), 5, 1);
-        scanner->scanAndMergeCurrentApp(TrackedApp::placeholder(), *store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeCurrentApp(TrackedApp::placeholder(), *store);
+        QVERIFY(desktop->waitForScan());
         const QString expected = QStringLiteral("Tessaline could not identify the current app.");
         QCOMPARE(status(), expected);
-        QVERIFY(!scanner->statusAppBundleID());
-        QCOMPARE(scanner->statusText(tracked(QStringLiteral("B"), QStringLiteral("org.b"))),
+        QVERIFY(!desktop->scanner.statusAppBundleID());
+        QCOMPARE(desktop->scanner.statusText(tracked(QStringLiteral("B"), QStringLiteral("org.b"))),
                  std::optional<QString>(expected));
-        QCOMPARE(scanner->statusText(TrackedApp::placeholder()), std::optional<QString>(expected));
+        QCOMPARE(desktop->scanner.statusText(TrackedApp::placeholder()),
+                 std::optional<QString>(expected));
     }
 
     void statusBelongsToTheScannedApp()
@@ -219,41 +204,42 @@ private Q_SLOTS:
         addApp(QStringLiteral("B"), QStringLiteral("org.b"), 6, 2);
         const TrackedApp a = tracked(QStringLiteral("A"), QStringLiteral("org.a"));
         const TrackedApp b = tracked(QStringLiteral("B"), QStringLiteral("org.b"));
-        scanner->scanAndMergeCurrentApp(a, *store);
-        QVERIFY(waitForScan());
-        QCOMPARE(scanner->statusText(a), scanner->statusText());
-        QVERIFY(scanner->statusText());
-        QVERIFY(!scanner->statusText(b));
-        QVERIFY(!scanner->statusText(TrackedApp::placeholder()));
+        desktop->scanner.scanAndMergeCurrentApp(a, *store);
+        QVERIFY(desktop->waitForScan());
+        QCOMPARE(desktop->scanner.statusText(a), desktop->scanner.statusText());
+        QVERIFY(desktop->scanner.statusText());
+        QVERIFY(!desktop->scanner.statusText(b));
+        QVERIFY(!desktop->scanner.statusText(TrackedApp::placeholder()));
 
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(desktop->waitForScan());
         const QString summary = QStringLiteral(
             "Scanned 2 open apps. Added 2 new shortcuts from 3 found across 2 apps.");
         QCOMPARE(status(), summary);
-        QCOMPARE(scanner->statusText(a), std::optional<QString>(summary));
-        QCOMPARE(scanner->statusText(b), std::optional<QString>(summary));
-        QCOMPARE(scanner->statusText(TrackedApp::placeholder()), std::optional<QString>(summary));
+        QCOMPARE(desktop->scanner.statusText(a), std::optional<QString>(summary));
+        QCOMPARE(desktop->scanner.statusText(b), std::optional<QString>(summary));
+        QCOMPARE(desktop->scanner.statusText(TrackedApp::placeholder()),
+                 std::optional<QString>(summary));
     }
 
     void currentAppRequestDuringOpenAppsScanIsDropped()
     {
         addApp(QStringLiteral("A"), QStringLiteral("org.a"), 5, 1);
         addApp(QStringLiteral("B"), QStringLiteral("org.b"), 6, 1);
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(scanner->isScanning());
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(desktop->scanner.isScanning());
         const QString progress = QStringLiteral("Scanning A (1 of 2)...");
         QCOMPARE(status(), progress);
-        QSignalSpy texts(scanner.get(), &AppMenuScanner::statusTextChanged);
-        scanner->scanAndMergeCurrentApp(tracked(QStringLiteral("B"), QStringLiteral("org.b")),
-                                        *store);
+        QSignalSpy texts(&desktop->scanner, &AppMenuScanner::statusTextChanged);
+        desktop->scanner.scanAndMergeCurrentApp(
+            tracked(QStringLiteral("B"), QStringLiteral("org.b")), *store);
         QCOMPARE(texts.size(), 0);
         QCOMPARE(status(), progress);
-        QVERIFY(!scanner->statusAppBundleID());
+        QVERIFY(!desktop->scanner.statusAppBundleID());
         // A second open-apps request is dropped as well.
-        scanner->scanAndMergeOpenApps(*store);
+        desktop->scanner.scanAndMergeOpenApps(*store);
         QCOMPARE(texts.size(), 0);
-        QVERIFY(waitForScan());
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(),
                  QStringLiteral(
                      "Scanned 2 open apps. Added 2 new shortcuts from 2 found across 2 apps."));
@@ -265,10 +251,10 @@ private Q_SLOTS:
         addApp(QStringLiteral("alpha"), QStringLiteral("org.alpha"), 6, 0);
         addApp(QStringLiteral("Mid"), QStringLiteral("org.mid"), 7, 4);
         QStringList seen;
-        connect(scanner.get(), &AppMenuScanner::statusTextChanged, this,
+        connect(&desktop->scanner, &AppMenuScanner::statusTextChanged, this,
                 [&] { seen.append(status()); });
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(seen, QStringList({
                            QStringLiteral("Preparing to scan open apps..."),
                            QStringLiteral("Scanning alpha (1 of 3)..."),
@@ -278,8 +264,8 @@ private Q_SLOTS:
                                           "found across 2 apps."),
                        }));
         // A second pass finds the same and adds nothing.
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(),
                  QStringLiteral(
                      "Scanned 3 open apps. Added 0 new shortcuts from 6 found across 2 apps."));
@@ -292,13 +278,13 @@ private Q_SLOTS:
         addApp(QStringLiteral("C"), QStringLiteral("org.c"), 7, 2);
         QStringList seen;
         // B quits after the list was made, while A is being scanned.
-        connect(scanner.get(), &AppMenuScanner::statusTextChanged, this, [&] {
+        connect(&desktop->scanner, &AppMenuScanner::statusTextChanged, this, [&] {
             seen.append(status());
             if (status() == QStringLiteral("Scanning A (1 of 3)..."))
-                workspace->apps.removeAt(1);
+                desktop->workspace.apps.removeAt(1);
         });
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(waitForScan());
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(desktop->waitForScan());
         QVERIFY(seen.contains(QStringLiteral("Scanning B (2 of 3)...")));
         QCOMPARE(seen.last(),
                  QStringLiteral(
@@ -309,22 +295,23 @@ private Q_SLOTS:
     void openAppsScanWithNothingToScan()
     {
         // Only Tessaline itself, a non-regular app and one without a bundle id.
-        workspace->apps.append(
+        desktop->workspace.apps.append(
             makeApp(QStringLiteral("Tessaline"), QStringLiteral("org.tessaline.Tessaline"), 2));
         RunningApplication agent = makeApp(QStringLiteral("Agent"), QStringLiteral("org.agent"), 3);
         agent.isRegular = false;
-        workspace->apps.append(agent);
-        workspace->apps.append(RunningApplication{QStringLiteral("Anon"), std::nullopt, 4, true});
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(!scanner->isScanning());
+        desktop->workspace.apps.append(agent);
+        desktop->workspace.apps.append(
+            RunningApplication{QStringLiteral("Anon"), std::nullopt, 4, true});
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(!desktop->scanner.isScanning());
         QCOMPARE(status(), QStringLiteral("No open apps with menu bars were found."));
-        QVERIFY(!scanner->statusAppBundleID());
+        QVERIFY(!desktop->scanner.statusAppBundleID());
     }
 
     void scannableRunningAppsFiltersAndSorts()
     {
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        workspace->apps = {
+        desktop->workspace.apps = {
             makeApp(QStringLiteral("zebra"), QStringLiteral("org.zebra"), 1),
             makeApp(QStringLiteral("Tessaline"), QStringLiteral("org.tessaline.Tessaline"), 2),
             RunningApplication{std::nullopt, QStringLiteral("org.unnamed"), 3, true},
@@ -334,7 +321,7 @@ private Q_SLOTS:
             RunningApplication{QStringLiteral("NoId"), std::nullopt, 7, true},
             makeApp(QStringLiteral("apple"), QStringLiteral("org.apple"), 8),
         };
-        const QList<TrackedApp> apps = scanner->scannableRunningApps();
+        const QList<TrackedApp> apps = desktop->scanner.scannableRunningApps();
         QCOMPARE(apps, QList<TrackedApp>({
                            tracked(QStringLiteral("apple"), QStringLiteral("org.apple")),
                            tracked(QStringLiteral("Écran"), QStringLiteral("org.ecran")),
@@ -346,50 +333,54 @@ private Q_SLOTS:
     void missingPermissionOnCurrentAppScanPrompts()
     {
         addApp(QStringLiteral("A"), QStringLiteral("org.a"), 5, 1);
-        trust->trusted = false;
-        scanner->scanAndMergeCurrentApp(tracked(QStringLiteral("A"), QStringLiteral("org.a")),
-                                        *store);
-        QVERIFY(waitForScan());
+        desktop->trust.trusted = false;
+        desktop->scanner.scanAndMergeCurrentApp(
+            tracked(QStringLiteral("A"), QStringLiteral("org.a")), *store);
+        QVERIFY(desktop->waitForScan());
         QCOMPARE(status(), QStringLiteral("Accessibility permission is needed to scan app menus."));
-        QCOMPARE(alerts->shown.size(), 1);
-        QCOMPARE(alerts->shown.first().message, QStringLiteral("Accessibility permission needed"));
-        QCOMPARE(alerts->shown.first().informativeText, kPermissionText);
-        QCOMPARE(alerts->shown.first().buttons,
+        QCOMPARE(desktop->alerts.shown.size(), 1);
+        QCOMPARE(desktop->alerts.shown.first().message,
+                 QStringLiteral("Accessibility permission needed"));
+        QCOMPARE(desktop->alerts.shown.first().informativeText, kPermissionText);
+        QCOMPARE(desktop->alerts.shown.first().buttons,
                  QStringList({QStringLiteral("Turn On Accessibility"), QStringLiteral("Cancel")}));
-        QCOMPARE(trust->requests, 1);
+        QCOMPARE(desktop->trust.requests, 1);
     }
 
     void missingPermissionOnOpenAppsScanPrompts()
     {
         addApp(QStringLiteral("A"), QStringLiteral("org.a"), 5, 1);
-        trust->trusted = false;
-        alerts->response = AlertPresenter::kFirstButton + 1; // Cancel
-        scanner->scanAndMergeOpenApps(*store);
-        QVERIFY(!scanner->isScanning());
+        desktop->trust.trusted = false;
+        desktop->alerts.response = AlertPresenter::kFirstButton + 1; // Cancel
+        desktop->scanner.scanAndMergeOpenApps(*store);
+        QVERIFY(!desktop->scanner.isScanning());
         QCOMPARE(status(), QStringLiteral("Accessibility permission is needed to scan open apps."));
-        QCOMPARE(alerts->shown.size(), 1);
-        QCOMPARE(trust->requests, 0);
-        QVERIFY(elements->requested.isEmpty());
+        QCOMPARE(desktop->alerts.shown.size(), 1);
+        QCOMPARE(desktop->trust.requests, 0);
+        QVERIFY(desktop->elements.requested.isEmpty());
     }
 
     void promptOpensTheRequestOnlyOnTheFirstButton()
     {
-        scanner->promptForAccessibility();
-        QCOMPARE(trust->requests, 1);
-        alerts->response = AlertPresenter::kFirstButton + 1;
-        scanner->promptForAccessibility();
-        QCOMPARE(trust->requests, 1);
-        QCOMPARE(alerts->shown.size(), 2);
+        desktop->scanner.promptForAccessibility();
+        QCOMPARE(desktop->trust.requests, 1);
+        desktop->alerts.response = AlertPresenter::kFirstButton + 1;
+        desktop->scanner.promptForAccessibility();
+        QCOMPARE(desktop->trust.requests, 1);
+        QCOMPARE(desktop->alerts.shown.size(), 2);
     }
 
     void scannerGoneBeforeTheScanContinuesDoesNothing()
     {
         addApp(QStringLiteral("A"), QStringLiteral("org.a"), 5, 1);
+        // A scanner of its own over the same desktop, to destroy mid-scan.
+        auto scanner = std::make_unique<AppMenuScanner>(desktop->workspace, desktop->trust,
+                                                        desktop->elements, desktop->alerts);
         scanner->scanAndMergeCurrentApp(tracked(QStringLiteral("A"), QStringLiteral("org.a")),
                                         *store);
         scanner.reset();
         QTest::qWait(20);
-        QVERIFY(elements->requested.isEmpty());
+        QVERIFY(desktop->elements.requested.isEmpty());
     }
 };
 

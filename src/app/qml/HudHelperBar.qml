@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Tessaline
+
+// The bar of quick text helpers at the bottom of the HUD, one button per helper action.
+RowLayout {
+    id: bar
+    required property CheatSheetModel model
+    required property ThemedSurface theme
+
+    /// `action` is the chosen helper's "raw" value.
+    signal helperAction(string action)
+
+    spacing: 8
+
+    Label {
+        text: "Quick helpers".toUpperCase()
+        font.pixelSize: 11
+        font.weight: Font.DemiBold
+        color: bar.theme.secondary
+    }
+    Item { Layout.fillWidth: true }
+    Repeater {
+        model: bar.model.helperActions
+        delegate: Button {
+            id: helperButton
+            required property var modelData
+            text: helperButton.modelData.title
+            flat: false
+            focusPolicy: Qt.NoFocus
+            font.pixelSize: 12
+            ToolTip.visible: hovered
+            ToolTip.text: helperButton.modelData.help
+            ToolTip.delay: 500
+            Accessible.name: text
+            Accessible.description: helperButton.modelData.help
+            onClicked: bar.helperAction(helperButton.modelData.raw)
+        }
+    }
+}
