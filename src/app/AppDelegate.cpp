@@ -180,7 +180,6 @@ void AppDelegate::showHUD()
 
     delete m_panel.data();
     m_panel = panel;
-    emit hudShown();
 }
 
 void AppDelegate::closeHUD()

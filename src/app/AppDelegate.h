@@ -97,19 +97,6 @@ public:
     /// Places a panel in the middle of the screen under the mouse.
     static void center(QWindow& panel);
 
-    VaultStore& store() const { return *m_store; }
-    FrontmostAppTracker& frontmostAppTracker() const { return *m_frontmostAppTracker; }
-    AppMenuScanner& menuScanner() const { return *m_menuScanner; }
-    AppWindowPresenter& windowPresenter() const { return *m_windowPresenter; }
-    HotkeyManager* hotkeyManager() const { return m_hotkeyManager.get(); }
-    MenuBarController* menuBarController() const { return m_menuBarController.get(); }
-    /// The HUD panel while it exists.
-    FloatingPanel* panel() const { return m_panel.data(); }
-
-signals:
-    /// A new HUD panel is on screen.
-    void hudShown();
-
 private:
     void closeHUD();
     void reloadVault();
