@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hotkey/KeyCombo.h"
 
+#include "common/VariantTypes.h"
 #include "hotkey/HotKeysController.h"
 
 #include <QMetaType>
@@ -11,26 +12,9 @@ namespace {
 constexpr auto kKeyCodeKey = "keyCode";
 constexpr auto kModifiersKey = "modifiers";
 
-bool isInteger(const QVariant& value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isNumber(const QVariant& value)
 {
-    return isInteger(value) || value.typeId() == QMetaType::Bool ||
+    return Tessaline::VariantTypes::holdsInteger(value) || value.typeId() == QMetaType::Bool ||
            value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float;
 }
 
@@ -63,7 +47,8 @@ std::optional<KeyCombo> KeyCombo::fromDictionary(const QVariantMap& dictionary)
 {
     const QVariant keyCode = dictionary.value(QLatin1String(kKeyCodeKey));
     const QVariant modifiers = dictionary.value(QLatin1String(kModifiersKey));
-    if (!isInteger(keyCode) || !isInteger(modifiers))
+    if (!Tessaline::VariantTypes::holdsInteger(keyCode) ||
+        !Tessaline::VariantTypes::holdsInteger(modifiers))
         return std::nullopt;
     return KeyCombo(checkedUInt32(keyCode, kKeyCodeKey), checkedUInt32(modifiers, kModifiersKey));
 }

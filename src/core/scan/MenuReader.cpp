@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scan/MenuReader.h"
 
+#include "common/VariantTypes.h"
 #include "hotkey/Key.h"
 #include "vault/VaultOrder.h"
 
@@ -27,22 +28,11 @@ std::optional<QString> stringAttribute(const QString& name, const AccessibilityE
 std::optional<qint64> intAttribute(const QString& name, const AccessibilityElementPtr& element)
 {
     const QVariant value = element->attributeValue(name);
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
+    if (VariantTypes::holdsInteger(value))
         return value.toLongLong();
-    case QMetaType::Double:
-    case QMetaType::Float:
+    if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float)
         return static_cast<qint64>(value.toDouble());
-    default:
-        return std::nullopt;
-    }
+    return std::nullopt;
 }
 
 AccessibilityElementList childElements(const AccessibilityElementPtr& element)
