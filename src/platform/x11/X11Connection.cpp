@@ -13,11 +13,12 @@ bool X11Connection::isAvailable()
 
 xcb_connection_t* X11Connection::connection()
 {
-    // Asking for the native interface off xcb is harmless, but the platform name says at once
-    // that there is no X server to talk to.
-    if (qGuiApp == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
+    // The command-line companion may run as a plain QCoreApplication (no display): only a
+    // QGuiApplication on the xcb platform has an X connection.
+    auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    if (application == nullptr || QGuiApplication::platformName() != QLatin1String("xcb"))
         return nullptr;
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    const auto* x11 = application->nativeInterface<QNativeInterface::QX11Application>();
     return x11 != nullptr ? x11->connection() : nullptr;
 }
 
