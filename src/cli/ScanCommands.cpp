@@ -132,12 +132,8 @@ int apps(VaultCli& cli, const VaultCli::Arguments& arguments)
 
 bool scanCommandRequested(const QStringList& arguments)
 {
-    for (const QString& argument : arguments) {
-        if (argument.startsWith(QStringLiteral("-")))
-            continue;
-        return argument == QStringLiteral("scan") || argument == QStringLiteral("apps");
-    }
-    return false;
+    const QString command = VaultCli::commandIn(arguments);
+    return command == QStringLiteral("scan") || command == QStringLiteral("apps");
 }
 
 void addScanCommands(VaultCli& cli)

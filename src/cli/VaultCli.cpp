@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "VaultCli.h"
 
+#include "CommandLineStage.h"
+
 #include <cstdio>
 
 namespace Tessaline {
@@ -96,58 +98,71 @@ QString VaultCli::helpText() const
     return text;
 }
 
+QString VaultCli::commandIn(const QStringList& arguments)
+{
+    CommandLineStage global({}, {}, CommandLineStage::Positionals::EndOptions);
+    global.parse(arguments);
+    return global.positional().value(0);
+}
+
+const VaultCli::Command* VaultCli::command(const QString& name) const
+{
+    for (const Command& candidate : m_commands) {
+        if (candidate.name == name)
+            return &candidate;
+    }
+    return nullptr;
+}
+
+std::optional<int> VaultCli::stopAfter(const CommandLineStage& stage, bool valid)
+{
+    // --help wins wherever it stands, even beside a mistake.
+    if (stage.helpRequested()) {
+        m_out << helpText();
+        return Success;
+    }
+    if (!valid)
+        return fail(stage.error(), UsageError);
+    return std::nullopt;
+}
+
 int VaultCli::run(const QStringList& arguments)
 {
-    Arguments parsed;
-    const Command* command = nullptr;
-    bool optionsEnded = false;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        if (!optionsEnded && argument == QStringLiteral("--")) {
-            optionsEnded = true;
-        } else if (!optionsEnded &&
-                   (argument == QStringLiteral("--help") || argument == QStringLiteral("-h"))) {
-            m_out << helpText();
-            return Success;
-        } else if (!optionsEnded && argument == QStringLiteral("--json")) {
-            parsed.json = true;
-        } else if (!optionsEnded && argument.startsWith(QStringLiteral("--")) &&
-                   argument.size() > 2) {
-            if (command && command->flagOptions.contains(argument)) {
-                parsed.options.insert(argument, QString());
-                continue;
-            }
-            if (!command || !command->valueOptions.contains(argument))
-                return fail(QStringLiteral("unknown option %1 (see --help)").arg(argument),
-                            UsageError);
-            if (i + 1 >= arguments.size())
-                return fail(QStringLiteral("%1 needs a value").arg(argument), UsageError);
-            parsed.options.insert(argument, arguments[++i]);
-        } else if (!command) {
-            for (const Command& candidate : m_commands) {
-                if (candidate.name == argument)
-                    command = &candidate;
-            }
-            if (!command)
-                return fail(QStringLiteral("unknown command '%1' (see --help)").arg(argument),
-                            UsageError);
-        } else {
-            parsed.positional.append(argument);
-        }
-    }
-    if (!command) {
+    // First the global options, up to the command's name; the rest is the command's to parse.
+    CommandLineStage global({}, {}, CommandLineStage::Positionals::EndOptions);
+    if (const std::optional<int> code = stopAfter(global, global.parse(arguments)))
+        return *code;
+    const QStringList rest = global.positional();
+    if (rest.isEmpty()) {
         m_err << helpText();
         return UsageError;
     }
-    if (parsed.json && !command->printsData)
-        return fail(QStringLiteral("%1 prints no data; --json does not apply").arg(command->name),
+    const Command* chosen = command(rest.first());
+    if (!chosen)
+        return fail(QStringLiteral("unknown command '%1' (see --help)").arg(rest.first()),
                     UsageError);
-    if (parsed.positional.size() < command->minPositional ||
-        parsed.positional.size() > command->maxPositional)
-        return fail(
-            QStringLiteral("usage: %1 %2 %3").arg(kProgram, command->name, command->synopsis),
-            UsageError);
-    const int code = command->run(*this, parsed);
+
+    QStringList commandArguments = rest.mid(1);
+    // A "--" before the command's name ends the options of the whole line.
+    if (arguments.first(arguments.size() - rest.size()).contains(QStringLiteral("--")))
+        commandArguments.prepend(QStringLiteral("--"));
+    CommandLineStage own(chosen->valueOptions, chosen->flagOptions,
+                         CommandLineStage::Positionals::MixedWithOptions);
+    if (const std::optional<int> code = stopAfter(own, own.parse(commandArguments)))
+        return *code;
+
+    Arguments parsed;
+    parsed.positional = own.positional();
+    parsed.options = own.options();
+    parsed.json = global.json() || own.json();
+    if (parsed.json && !chosen->printsData)
+        return fail(QStringLiteral("%1 prints no data; --json does not apply").arg(chosen->name),
+                    UsageError);
+    if (parsed.positional.size() < chosen->minPositional ||
+        parsed.positional.size() > chosen->maxPositional)
+        return fail(QStringLiteral("usage: %1 %2 %3").arg(kProgram, chosen->name, chosen->synopsis),
+                    UsageError);
+    const int code = chosen->run(*this, parsed);
     m_out.flush();
     m_err.flush();
     return code;

@@ -12,13 +12,17 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace Tessaline {
 
-/// The command-line companion's shell: a table of commands, the argument parsing they share,
-/// the vault they work on and the conventions of their output (data on standard output, text
-/// or JSON; errors on standard error with a non-zero exit status). Commands are added by
-/// functions such as addVaultCommands(), each in its own source file.
+class CommandLineStage;
+
+/// The command-line companion's shell: a table of commands (from which both each command's
+/// QCommandLineParser options and the help text are made), the vault they work on and the
+/// conventions of their output (data on standard output, text or JSON; errors on standard
+/// error with a non-zero exit status). Commands are added by functions such as
+/// addVaultCommands(), each in its own source file.
 class VaultCli
 {
 public:
@@ -70,6 +74,9 @@ public:
     /// Runs the command named by `arguments` (the process arguments without the program name)
     /// and returns the exit status.
     int run(const QStringList& arguments);
+    /// The command that `arguments` name (the first word after the global options), or an
+    /// empty string when they name none.
+    static QString commandIn(const QStringList& arguments);
 
     QTextStream& out() { return m_out; }
     QTextStream& err() { return m_err; }
@@ -94,6 +101,11 @@ public:
     QString helpText() const;
 
 private:
+    const Command* command(const QString& name) const;
+    /// The exit status when a parsed stage ends the run before any command: it asked for the
+    /// help, or it was not valid (a usage error). Nothing when the run goes on.
+    std::optional<int> stopAfter(const CommandLineStage& stage, bool valid);
+
     QList<Command> m_commands;
     QTextStream m_out;
     QTextStream m_err;

@@ -48,6 +48,11 @@ private slots:
     void helpExplainsEveryCommand();
     void usageErrors_data();
     void usageErrors();
+    void usageErrorsSayWhatIsWrong_data();
+    void usageErrorsSayWhatIsWrong();
+    void optionValueMayFollowAnEqualsSign();
+    void doubleDashEndsTheOptions();
+    void helpWinsWhereverItStands();
 
 private:
     Run run(const QStringList& arguments)
@@ -282,6 +287,91 @@ void TestVaultCli::usageErrors()
     const Run result = run(arguments);
     QCOMPARE(result.exitCode, 2);
     QVERIFY(!result.err.isEmpty());
+    QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+void TestVaultCli::usageErrorsSayWhatIsWrong_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("unknown command") << QStringList{QStringLiteral("frobnicate")}
+                                     << QStringLiteral("unknown command 'frobnicate' (see --help)");
+    QTest::addRow("option of another command")
+        << QStringList{QStringLiteral("rows"), QStringLiteral("--app"), QStringLiteral("x")}
+        << QStringLiteral("unknown option --app (see --help)");
+    QTest::addRow("command option before the command")
+        << QStringList{QStringLiteral("--app"), QStringLiteral("x"), QStringLiteral("sections")}
+        << QStringLiteral("unknown option --app (see --help)");
+    QTest::addRow("missing value")
+        << QStringList{QStringLiteral("sections"), QStringLiteral("--bundle-id")}
+        << QStringLiteral("--bundle-id needs a value");
+    QTest::addRow("single dash before the command")
+        << QStringList{QStringLiteral("-x"), QStringLiteral("rows")}
+        << QStringLiteral("unknown option -x (see --help)");
+    QTest::addRow("single dash after the command")
+        << QStringList{QStringLiteral("rows"), QStringLiteral("-abc")}
+        << QStringLiteral("unknown option -abc (see --help)");
+    QTest::addRow("unknown option with a value")
+        << QStringList{QStringLiteral("rows"), QStringLiteral("--all=1")}
+        << QStringLiteral("unknown option --all=1 (see --help)");
+    QTest::addRow("value on a flag")
+        << QStringList{QStringLiteral("--json=yes"), QStringLiteral("rows")}
+        << QStringLiteral("--json takes no value (see --help)");
+    QTest::addRow("json without data")
+        << QStringList{QStringLiteral("reset"), QStringLiteral("--json")}
+        << QStringLiteral("reset prints no data; --json does not apply");
+    QTest::addRow("too many") << QStringList{QStringLiteral("rows"), QStringLiteral("a"),
+                                             QStringLiteral("b")}
+                              << QStringLiteral("usage: tessaline-vault rows [QUERY]");
+}
+
+void TestVaultCli::usageErrorsSayWhatIsWrong()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    const Run result = run(arguments);
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.out, QString());
+    QCOMPARE(result.err, QStringLiteral("tessaline-vault: ") + message + QLatin1Char('\n'));
+    QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+void TestVaultCli::optionValueMayFollowAnEqualsSign()
+{
+    const Run spaced = run({QStringLiteral("sections"), QStringLiteral("--app"),
+                            QStringLiteral("kate"), QStringLiteral("save")});
+    const Run joined =
+        run({QStringLiteral("sections"), QStringLiteral("--app=kate"), QStringLiteral("save")});
+    QCOMPARE(joined.exitCode, 0);
+    QVERIFY2(joined.out.contains(QStringLiteral("  ⌃ S\tSave\tfile\tscore 39\n")),
+             qPrintable(joined.out));
+    QCOMPARE(joined.out, spaced.out);
+}
+
+void TestVaultCli::doubleDashEndsTheOptions()
+{
+    // After "--" a word starting with a dash is a shortcut's name, not an option.
+    const Run result = run({QStringLiteral("favorite"), QStringLiteral("--"), QStringLiteral("-x"),
+                            QStringLiteral("y")});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err, QStringLiteral("tessaline-vault: no shortcut named \"-x\" with chord "
+                                        "\"y\" in the pack of Desktop or the global list\n"));
+}
+
+void TestVaultCli::helpWinsWhereverItStands()
+{
+    const Run help = run({QStringLiteral("--help")});
+    QVERIFY(help.out.startsWith(QStringLiteral("Usage: tessaline-vault")));
+    for (const QStringList& arguments :
+         {QStringList{QStringLiteral("rows"), QStringLiteral("--bogus"), QStringLiteral("--help")},
+          QStringList{QStringLiteral("--bogus"), QStringLiteral("-h")},
+          QStringList{QStringLiteral("sections"), QStringLiteral("--help"),
+                      QStringLiteral("--app")}}) {
+        const Run result = run(arguments);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out, help.out);
+        QCOMPARE(result.err, QString());
+    }
     QVERIFY(!QFileInfo::exists(m_vault));
 }
 
