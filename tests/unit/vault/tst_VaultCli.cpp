@@ -53,12 +53,15 @@ private slots:
     void optionValueMayFollowAnEqualsSign();
     void doubleDashEndsTheOptions();
     void helpWinsWhereverItStands();
+    void desktopCommandsWithoutADisplayEndCleanly();
 
 private:
-    Run run(const QStringList& arguments)
+    Run run(const QStringList& arguments, const QStringList& unset = {})
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString& name : unset)
+            environment.remove(name);
         environment.insert(QStringLiteral("HOME"), m_dir->path());
         environment.insert(QStringLiteral("XDG_DATA_HOME"),
                            m_dir->filePath(QStringLiteral("data")));
@@ -373,6 +376,20 @@ void TestVaultCli::helpWinsWhereverItStands()
         QCOMPARE(result.err, QString());
     }
     QVERIFY(!QFileInfo::exists(m_vault));
+}
+
+// Without a display the companion runs as a plain core application; the commands that look at
+// the desktop's windows find none and end normally instead of tripping over the missing X
+// connection.
+void TestVaultCli::desktopCommandsWithoutADisplayEndCleanly()
+{
+    const Run apps = run({QStringLiteral("apps")}, {QStringLiteral("DISPLAY")});
+    QCOMPARE(apps.exitCode, 0);
+    QVERIFY2(!apps.err.contains(QStringLiteral("runtime error")), qPrintable(apps.err));
+    const Run scan = run({QStringLiteral("scan"), QStringLiteral("--all")},
+                         {QStringLiteral("DISPLAY"), QStringLiteral("DBUS_SESSION_BUS_ADDRESS")});
+    QVERIFY2(scan.exitCode == 0 || scan.exitCode == 1, qPrintable(scan.err));
+    QVERIFY2(!scan.err.contains(QStringLiteral("runtime error")), qPrintable(scan.err));
 }
 
 QTEST_GUILESS_MAIN(TestVaultCli)
