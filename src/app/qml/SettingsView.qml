@@ -32,11 +32,16 @@ ThemedSurface {
     Component.onCompleted: root.model.refreshStartAtLogin()
 
     Flickable {
+        id: flickable
         anchors.fill: parent
         contentHeight: column.implicitHeight + 48
         clip: true
         boundsBehavior: Flickable.StopAtBounds
-        ScrollBar.vertical: ScrollBar {}
+        // The cards are taller than the window: a scroll bar that stays says there is more.
+        ScrollBar.vertical: ScrollBar {
+            policy: flickable.contentHeight > flickable.height ? ScrollBar.AlwaysOn
+                                                               : ScrollBar.AsNeeded
+        }
 
         ColumnLayout {
             id: column
