@@ -23,31 +23,33 @@ VaultData build()
 {
     VaultData data;
     data.comment = QStringLiteral("Bundled fallback seed used when keybinds.json is unavailable.");
+    // A small Linux desktop pack: what the desktop itself offers, then two everyday apps.
     data.global = {
-        builtIn("Spotlight search", "⌘ Space", true,
-                "Find apps, files, settings, and quick answers.", "search"),
-        builtIn("Screenshot toolbar", "⌘ ⇧ 5", true,
-                "Open the screenshot and screen recording controls.", "screenshot"),
-        builtIn("Emoji and symbols", "⌃ ⌘ Space", false, "Open the character picker.", "typing"),
-        builtIn("Force quit", "⌥ ⌘ Esc", false, "Use when an app is stuck.", "recovery"),
+        builtIn("Show all apps", "⌘ A", true,
+                "Open the desktop's grid of apps; type to search apps and files.", "search"),
+        builtIn("Screenshot", "Print", true,
+                "Open the desktop's screenshot and screen recording tool.", "screenshot"),
+        builtIn("Emoji and symbols", "⌃ .", false, "Open the emoji picker in a text field.",
+                "typing"),
+        builtIn("Close window", "⌥ F4", false, "Use when an app is stuck.", "recovery"),
     };
     data.apps = {
         AppShortcutPack{
-            QStringLiteral("Finder"),
-            QStringLiteral("com.apple.finder"),
+            QStringLiteral("Files"),
+            QStringLiteral("org.gnome.Nautilus"),
             {
-                builtIn("Quick Look selected file", "Space", true,
-                        "Preview without opening the file.", "files"),
-                builtIn("Go to folder", "⌘ ⇧ G", true, "Jump straight to a path.", "navigation"),
-                builtIn("Show hidden files", "⌘ ⇧ .", true, "Toggle invisible files.", "files"),
+                builtIn("Preview selected file", "Space", true, "Preview without opening the file.",
+                        "files"),
+                builtIn("Type a location", "⌃ L", true, "Jump straight to a path.", "navigation"),
+                builtIn("Show hidden files", "⌃ H", true, "Toggle hidden files.", "files"),
             },
         },
         AppShortcutPack{
-            QStringLiteral("Notes"),
-            QStringLiteral("com.apple.Notes"),
+            QStringLiteral("Text Editor"),
+            QStringLiteral("org.gnome.TextEditor"),
             {
-                builtIn("Checklist item", "⌘ ⇧ L", true, "Add a checkbox line.", "notes"),
-                builtIn("Insert table", "⌥ ⌘ T", false, "Create a small table.", "notes"),
+                builtIn("New document", "⌃ N", true, "Start a blank document.", "notes"),
+                builtIn("Go to line", "⌃ I", false, "Jump to a line number.", "notes"),
             },
         },
     };

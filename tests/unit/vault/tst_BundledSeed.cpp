@@ -36,7 +36,7 @@ private slots:
     void everyChordIsInDisplayForm();
     void everyPackHasADesktopFileId();
     void fallbackHasItsExactContent();
-    void spotlightDetailLine();
+    void firstGlobalDetailLine();
     void builtBundleCopyIsTheSource();
 
 private:
@@ -128,45 +128,44 @@ void TestBundledSeed::fallbackHasItsExactContent()
                            entry.tags.value_or(QStringList{}).join(QLatin1Char(','))};
     };
     const QList<QStringList> global{
-        {QStringLiteral("Spotlight search"), QStringLiteral("⌘ Space"), QStringLiteral("true"),
-         QStringLiteral("Find apps, files, settings, and quick answers."),
+        {QStringLiteral("Show all apps"), QStringLiteral("⌘ A"), QStringLiteral("true"),
+         QStringLiteral("Open the desktop's grid of apps; type to search apps and files."),
          QStringLiteral("search")},
-        {QStringLiteral("Screenshot toolbar"), QStringLiteral("⌘ ⇧ 5"), QStringLiteral("true"),
-         QStringLiteral("Open the screenshot and screen recording controls."),
+        {QStringLiteral("Screenshot"), QStringLiteral("Print"), QStringLiteral("true"),
+         QStringLiteral("Open the desktop's screenshot and screen recording tool."),
          QStringLiteral("screenshot")},
-        {QStringLiteral("Emoji and symbols"), QStringLiteral("⌃ ⌘ Space"), QStringLiteral("false"),
-         QStringLiteral("Open the character picker."), QStringLiteral("typing")},
-        {QStringLiteral("Force quit"), QStringLiteral("⌥ ⌘ Esc"), QStringLiteral("false"),
+        {QStringLiteral("Emoji and symbols"), QStringLiteral("⌃ ."), QStringLiteral("false"),
+         QStringLiteral("Open the emoji picker in a text field."), QStringLiteral("typing")},
+        {QStringLiteral("Close window"), QStringLiteral("⌥ F4"), QStringLiteral("false"),
          QStringLiteral("Use when an app is stuck."), QStringLiteral("recovery")}};
     QCOMPARE(data.global.size(), global.size());
     for (qsizetype i = 0; i < global.size(); ++i)
         QCOMPARE(row(data.global[i]), global[i]);
 
     QCOMPARE(data.apps.size(), 2);
-    QCOMPARE(data.apps[0].name, QStringLiteral("Finder"));
-    QCOMPARE(data.apps[0].bundleID, std::optional<QString>(QStringLiteral("com.apple.finder")));
-    const QList<QStringList> finder{
-        {QStringLiteral("Quick Look selected file"), QStringLiteral("Space"),
-         QStringLiteral("true"), QStringLiteral("Preview without opening the file."),
-         QStringLiteral("files")},
-        {QStringLiteral("Go to folder"), QStringLiteral("⌘ ⇧ G"), QStringLiteral("true"),
+    QCOMPARE(data.apps[0].name, QStringLiteral("Files"));
+    QCOMPARE(data.apps[0].bundleID, std::optional<QString>(QStringLiteral("org.gnome.Nautilus")));
+    const QList<QStringList> files{
+        {QStringLiteral("Preview selected file"), QStringLiteral("Space"), QStringLiteral("true"),
+         QStringLiteral("Preview without opening the file."), QStringLiteral("files")},
+        {QStringLiteral("Type a location"), QStringLiteral("⌃ L"), QStringLiteral("true"),
          QStringLiteral("Jump straight to a path."), QStringLiteral("navigation")},
-        {QStringLiteral("Show hidden files"), QStringLiteral("⌘ ⇧ ."), QStringLiteral("true"),
-         QStringLiteral("Toggle invisible files."), QStringLiteral("files")}};
-    QCOMPARE(data.apps[0].shortcuts.size(), finder.size());
-    for (qsizetype i = 0; i < finder.size(); ++i)
-        QCOMPARE(row(data.apps[0].shortcuts[i]), finder[i]);
+        {QStringLiteral("Show hidden files"), QStringLiteral("⌃ H"), QStringLiteral("true"),
+         QStringLiteral("Toggle hidden files."), QStringLiteral("files")}};
+    QCOMPARE(data.apps[0].shortcuts.size(), files.size());
+    for (qsizetype i = 0; i < files.size(); ++i)
+        QCOMPARE(row(data.apps[0].shortcuts[i]), files[i]);
 
-    QCOMPARE(data.apps[1].name, QStringLiteral("Notes"));
-    QCOMPARE(data.apps[1].bundleID, std::optional<QString>(QStringLiteral("com.apple.Notes")));
-    const QList<QStringList> notes{
-        {QStringLiteral("Checklist item"), QStringLiteral("⌘ ⇧ L"), QStringLiteral("true"),
-         QStringLiteral("Add a checkbox line."), QStringLiteral("notes")},
-        {QStringLiteral("Insert table"), QStringLiteral("⌥ ⌘ T"), QStringLiteral("false"),
-         QStringLiteral("Create a small table."), QStringLiteral("notes")}};
-    QCOMPARE(data.apps[1].shortcuts.size(), notes.size());
-    for (qsizetype i = 0; i < notes.size(); ++i)
-        QCOMPARE(row(data.apps[1].shortcuts[i]), notes[i]);
+    QCOMPARE(data.apps[1].name, QStringLiteral("Text Editor"));
+    QCOMPARE(data.apps[1].bundleID, std::optional<QString>(QStringLiteral("org.gnome.TextEditor")));
+    const QList<QStringList> editor{
+        {QStringLiteral("New document"), QStringLiteral("⌃ N"), QStringLiteral("true"),
+         QStringLiteral("Start a blank document."), QStringLiteral("notes")},
+        {QStringLiteral("Go to line"), QStringLiteral("⌃ I"), QStringLiteral("false"),
+         QStringLiteral("Jump to a line number."), QStringLiteral("notes")}};
+    QCOMPARE(data.apps[1].shortcuts.size(), editor.size());
+    for (qsizetype i = 0; i < editor.size(); ++i)
+        QCOMPARE(row(data.apps[1].shortcuts[i]), editor[i]);
 
     // Every built-in item: exactly one tag, no note, no source, favorite always present.
     QList<ShortcutItem> all = data.global + data.apps[0].shortcuts + data.apps[1].shortcuts;
@@ -177,10 +176,10 @@ void TestBundledSeed::fallbackHasItsExactContent()
     }
 }
 
-void TestBundledSeed::spotlightDetailLine()
+void TestBundledSeed::firstGlobalDetailLine()
 {
     QCOMPARE(fallbackData().global.at(0).detailText(),
-             QStringLiteral("Find apps, files, settings, and quick answers."));
+             QStringLiteral("Open the desktop's grid of apps; type to search apps and files."));
 }
 
 void TestBundledSeed::builtBundleCopyIsTheSource()

@@ -114,7 +114,7 @@ void TestVaultCli::damagedVaultIsReportedAndLeftUntouched_data()
                                              QStringLiteral("Kate")};
     QTest::addRow("rows") << QStringList{QStringLiteral("rows"), QStringLiteral("--json")};
     QTest::addRow("favorite") << QStringList{
-        QStringLiteral("favorite"), QStringLiteral("Spotlight search"), QStringLiteral("⌘ Space")};
+        QStringLiteral("favorite"), QStringLiteral("Show all apps"), QStringLiteral("⌘ A")};
     QTest::addRow("export") << QStringList{QStringLiteral("export"), QStringLiteral("out.json")};
 }
 

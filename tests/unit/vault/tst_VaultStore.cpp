@@ -70,15 +70,15 @@ void TestVaultStore::firstStartWithoutFolderOrSeedWritesTheFallback()
     // Pretty-printed with sorted keys.
     QVERIFY(written.startsWith("{\n  \"_comment\" : \"Bundled fallback seed"));
     QVERIFY(written.indexOf("\"apps\"") < written.indexOf("\"global\""));
-    QVERIFY(written.contains("\"chord\" : \"⌘ Space\",\n      \"favorite\" : true,\n"));
+    QVERIFY(written.contains("\"chord\" : \"⌘ A\",\n      \"favorite\" : true,\n"));
 }
 
 void TestVaultStore::firstStartReadsBackTheGlobalListInVaultOrder()
 {
     VaultStore store(configurationIn(*m_dir));
     QCOMPARE(names(store.data().global),
-             (QStringList{QStringLiteral("Screenshot toolbar"), QStringLiteral("Spotlight search"),
-                          QStringLiteral("Emoji and symbols"), QStringLiteral("Force quit")}));
+             (QStringList{QStringLiteral("Screenshot"), QStringLiteral("Show all apps"),
+                          QStringLiteral("Close window"), QStringLiteral("Emoji and symbols")}));
     QCOMPARE(store.data().apps, fallbackData().apps);
     QCOMPARE(store.data().comment, fallbackData().comment);
 }
