@@ -5,6 +5,7 @@
 #include "hotkeys/HotkeyManager.h"
 #include "platform/Scheduler.h"
 #include "platform/x11/XcbHotKeyService.h"
+#include "platform/x11/XcbReply.h"
 #include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
@@ -23,7 +24,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <numeric>
 #include <vector>
 
@@ -31,10 +31,8 @@ namespace {
 
 xcb_keycode_t keycodeOf(xcb_key_symbols_t* symbols, xcb_keysym_t keysym)
 {
-    xcb_keycode_t* codes = xcb_key_symbols_get_keycode(symbols, keysym);
-    const xcb_keycode_t code = codes != nullptr ? codes[0] : 0;
-    std::free(codes);
-    return code;
+    const Tessaline::XcbReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
+    return codes != nullptr ? codes.get()[0] : 0;
 }
 
 void fake(xcb_connection_t* connection, quint8 type, xcb_keycode_t keycode)
@@ -97,7 +95,7 @@ int main(int argc, char** argv)
         fake(injector, XCB_KEY_PRESS, super);
         xcb_flush(injector);
         // A round trip, so that the modifiers are down before the timed press.
-        std::free(xcb_get_input_focus_reply(injector, xcb_get_input_focus(injector), nullptr));
+        Tessaline::xcbReply(xcb_get_input_focus_reply, injector, xcb_get_input_focus(injector));
 
         toggledAtNs = -1;
         const qint64 sentAtNs = clock.nsecsElapsed();
@@ -112,7 +110,7 @@ int main(int argc, char** argv)
         fake(injector, XCB_KEY_RELEASE, super);
         fake(injector, XCB_KEY_RELEASE, alt);
         fake(injector, XCB_KEY_RELEASE, control);
-        std::free(xcb_get_input_focus_reply(injector, xcb_get_input_focus(injector), nullptr));
+        Tessaline::xcbReply(xcb_get_input_focus_reply, injector, xcb_get_input_focus(injector));
         // The server's clock counts milliseconds: a press in the same millisecond as the last
         // release of its key would be taken for a key repeat, which no hand can produce.
         QThread::msleep(3);
