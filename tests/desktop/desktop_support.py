@@ -1,0 +1,78 @@
+"""Helpers shared by the Python desktop tests: processes, windows, the session bus and the
+accessibility tree of a running Tessaline. Imported by tests that run inside
+scripts/desktop-session."""
+import subprocess
+import time
+
+import pyatspi
+
+
+def run(*args, **kwargs):
+    return subprocess.run(args, capture_output=True, text=True, **kwargs)
+
+
+def wait_until(predicate, seconds=10.0, step=0.1):
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        value = predicate()
+        if value:
+            return value
+        time.sleep(step)
+    return predicate()
+
+
+def visible_windows(name):
+    result = run("xdotool", "search", "--onlyvisible", "--name", name)
+    return [w for w in result.stdout.split() if w]
+
+
+def control(method):
+    """Calls a method of the running Tessaline's session-bus interface."""
+    return run("gdbus", "call", "--session", "--dest", "org.tessaline.Tessaline",
+               "--object-path", "/org/tessaline/Tessaline", "--method",
+               "org.tessaline.Tessaline." + method)
+
+
+def bus_name_owned():
+    result = run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                 "--object-path", "/org/freedesktop/DBus",
+                 "--method", "org.freedesktop.DBus.NameHasOwner", "org.tessaline.Tessaline")
+    return "true" in result.stdout
+
+
+def tessaline_app():
+    desktop = pyatspi.Registry.getDesktop(0)
+    for i in range(desktop.childCount):
+        app = desktop.getChildAtIndex(i)
+        if app is not None and app.name.lower() == "tessaline":
+            return app
+    return None
+
+
+def find_all(root, predicate, limit=6000):
+    found, stack, seen = [], [root], 0
+    while stack and seen < limit:
+        node = stack.pop()
+        if node is None:
+            continue
+        seen += 1
+        try:
+            if predicate(node):
+                found.append(node)
+            stack.extend(node.getChildAtIndex(i) for i in reversed(range(node.childCount)))
+        except Exception:  # objects vanish while windows close
+            continue
+    return found
+
+
+def texts_of(node):
+    """Everything a screen reader could read out of one accessible: name, description and, for
+    text objects, the text itself."""
+    texts = []
+    try:
+        texts += [node.name or "", node.description or ""]
+        text = node.queryText()
+        texts.append(text.getText(0, text.characterCount))
+    except Exception:
+        pass
+    return [t for t in texts if t]
