@@ -24,7 +24,8 @@ int keyCodeOf(const QKeyEvent& event)
     case Qt::Key_Enter:
         return kKeypadEnterKey;
     case Qt::Key_Slash:
-        return kSlashKey;
+        // The keypad's "/" is a key of its own, which the navigator leaves alone.
+        return event.modifiers().testFlag(Qt::KeypadModifier) ? -1 : kSlashKey;
     case Qt::Key_Down:
         return kDownArrowKey;
     case Qt::Key_Up:

@@ -178,6 +178,14 @@ private Q_SLOTS:
         QCOMPARE(m_navigator->selection(), -1);
     }
 
+    void keypadSlashPassesThrough()
+    {
+        m_navigator->syncCount(2);
+        QTest::keyClick(m_panel.get(), Qt::Key_Slash, Qt::KeypadModifier);
+        QCOMPARE(m_navigator->searchFocusRequest(), 0);
+        QCOMPARE(m_panel->received, QList<int>{Qt::Key_Slash});
+    }
+
     void otherKeysPassThrough()
     {
         m_navigator->syncCount(2);
