@@ -28,9 +28,27 @@ RowLayout {
             id: helperButton
             required property var modelData
             text: helperButton.modelData.title
-            flat: false
             focusPolicy: Qt.NoFocus
             font.pixelSize: 12
+            hoverEnabled: true
+            leftPadding: 10
+            rightPadding: 10
+            topPadding: 6
+            bottomPadding: 6
+            // Drawn like the HUD's header buttons: a soft tile in the text colour.
+            background: Rectangle {
+                radius: 7
+                color: bar.theme.tinted(bar.theme.primary,
+                                        helperButton.pressed ? 0.13
+                                                             : helperButton.hovered ? 0.1 : 0.07)
+            }
+            contentItem: Label {
+                text: helperButton.text
+                font: helperButton.font
+                color: bar.theme.primary
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+            }
             ToolTip.visible: hovered
             ToolTip.text: helperButton.modelData.help
             ToolTip.delay: 500
