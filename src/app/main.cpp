@@ -6,6 +6,7 @@
 #include "AppIconProvider.h"
 #include "CoachTipPanelPresenter.h"
 #include "ControlInterface.h"
+#include "ControlsStyle.h"
 #include "SymbolImageProvider.h"
 #include "hotkey/HotKeysController.h"
 #include "platform/PlatformServices.h"
@@ -32,7 +33,8 @@ int main(int argc, char** argv)
     QApplication::setDesktopFileName(QStringLiteral("org.tessaline.Tessaline"));
     // Tessaline lives in the tray: closing its last window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
-    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    // The desktop's own controls style where one is installed, else Fusion in its palette.
+    QQuickStyle::setStyle(Tessaline::ControlsStyle::forThisDesktop());
     // Tessaline's windows are small and short-lived (the HUD is built anew at every showing), so
     // they are drawn in software: no graphics context to create per window and no shaders to
     // compile, which keeps the HUD's first frame quick and its memory flat. QT_QUICK_BACKEND or
