@@ -4,6 +4,7 @@
 // the vault merge alone, and the same reading done by the plain libatspi walk. Prints the
 // median of each.
 //   scan-menus-bench PID [RUNS]
+#include "AtspiPlainElementFactory.h"
 #include "platform/AlertPresenter.h"
 #include "platform/Workspace.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
@@ -70,8 +71,8 @@ int main(int argc, char** argv)
     if (!trust.isTrusted())
         trust.requestTrust();
     NoAlerts alerts;
-    AtspiElementFactory snapshot(AtspiElementFactory::Mode::snapshot);
-    AtspiElementFactory plain(AtspiElementFactory::Mode::plainWalk);
+    AtspiElementFactory snapshot;
+    AtspiPlainElementFactory plain;
     AppMenuScanner scanner(workspace, trust, snapshot, alerts);
     AppMenuScanner plainScanner(workspace, trust, plain, alerts);
     QTemporaryDir folder;

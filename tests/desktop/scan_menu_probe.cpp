@@ -2,6 +2,7 @@
 // Reads one running application's menu shortcuts the way Tessaline's scanner does and prints
 // them, one per line ("name<TAB>chord<TAB>menu"), then the median time of the reads.
 //   scan_menu_probe PID [--plain] [--repeat N] [--quiet]
+#include "AtspiPlainElementFactory.h"
 #include "FakeAlertPresenter.h"
 #include "FakeWorkspace.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
@@ -37,8 +38,10 @@ int main(int argc, char** argv)
     AtspiAccessibilityTrust trust;
     if (!trust.isTrusted())
         trust.requestTrust();
-    AtspiElementFactory elements(plain ? AtspiElementFactory::Mode::plainWalk
-                                       : AtspiElementFactory::Mode::snapshot);
+    AtspiElementFactory snapshot;
+    AtspiPlainElementFactory plainWalk;
+    AccessibilityElementFactory& elements =
+        plain ? static_cast<AccessibilityElementFactory&>(plainWalk) : snapshot;
     Testing::FakeAlertPresenter alerts;
     AppMenuScanner scanner(workspace, trust, elements, alerts);
 

@@ -2,6 +2,7 @@
 // Scanning real applications' menus over the accessibility bus of a throw-away desktop:
 // mousepad (GTK 3) and a Qt Widgets window, the vault merge and its messages, the plain walk
 // and the snapshot reader agreeing, and an application that stopped answering.
+#include "AtspiPlainElementFactory.h"
 #include "FakeAlertPresenter.h"
 #include "FakeWorkspace.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
@@ -78,10 +79,24 @@ class TestScanDesktop : public QObject
         return false;
     }
 
-    ScanOutcome scanWith(AtspiElementFactory::Mode mode, const TrackedApp& app)
+    // The application's pipelined reader, or the plain walk it is checked against.
+    enum class Reader
     {
-        AtspiElementFactory elements(mode);
-        AppMenuScanner scanner(workspace, trust, elements, alerts);
+        snapshot,
+        plainWalk,
+    };
+
+    static std::unique_ptr<AccessibilityElementFactory> elementsFor(Reader reader)
+    {
+        if (reader == Reader::plainWalk)
+            return std::make_unique<AtspiPlainElementFactory>();
+        return std::make_unique<AtspiElementFactory>();
+    }
+
+    ScanOutcome scanWith(Reader reader, const TrackedApp& app)
+    {
+        const auto elements = elementsFor(reader);
+        AppMenuScanner scanner(workspace, trust, *elements, alerts);
         return scanner.scan(app);
     }
 
@@ -124,8 +139,8 @@ private Q_SLOTS:
 
     void mousepadMenusBecomeShortcuts()
     {
-        const ScanOutcome outcome = scanWith(AtspiElementFactory::Mode::snapshot,
-                                             TrackedApp{QStringLiteral("Mousepad"), kMousepadID});
+        const ScanOutcome outcome =
+            scanWith(Reader::snapshot, TrackedApp{QStringLiteral("Mousepad"), kMousepadID});
         const auto* result = std::get_if<ScanResult>(&outcome);
         QVERIFY(result);
         const QList<ShortcutItem>& items = result->shortcuts;
@@ -152,8 +167,8 @@ private Q_SLOTS:
             VaultStore::Configuration{folder.filePath(QStringLiteral("keybinds.json")), {}});
         for (const AppShortcutPack& pack : store.data().apps)
             QVERIFY(pack.name.toLower() != QStringLiteral("mousepad"));
-        const ScanOutcome outcome = scanWith(AtspiElementFactory::Mode::snapshot,
-                                             TrackedApp{QStringLiteral("Mousepad"), kMousepadID});
+        const ScanOutcome outcome =
+            scanWith(Reader::snapshot, TrackedApp{QStringLiteral("Mousepad"), kMousepadID});
         QVERIFY(std::holds_alternative<ScanResult>(outcome));
         const int n = int(std::get<ScanResult>(outcome).shortcuts.size());
 
@@ -181,8 +196,7 @@ private Q_SLOTS:
     void qtMenusBecomeShortcuts()
     {
         const ScanOutcome outcome =
-            scanWith(AtspiElementFactory::Mode::snapshot,
-                     TrackedApp{QStringLiteral("Scan Menu Sample"), kQtAppID});
+            scanWith(Reader::snapshot, TrackedApp{QStringLiteral("Scan Menu Sample"), kQtAppID});
         const auto* result = std::get_if<ScanResult>(&outcome);
         QVERIFY(result);
         qInfo("Qt sample: %d shortcuts\n%s", int(result->shortcuts.size()),
@@ -218,8 +232,8 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, bundleID);
         const TrackedApp app{name, bundleID};
-        const ScanOutcome plain = scanWith(AtspiElementFactory::Mode::plainWalk, app);
-        const ScanOutcome snapshot = scanWith(AtspiElementFactory::Mode::snapshot, app);
+        const ScanOutcome plain = scanWith(Reader::plainWalk, app);
+        const ScanOutcome snapshot = scanWith(Reader::snapshot, app);
         QVERIFY(std::holds_alternative<ScanResult>(plain));
         QVERIFY(std::holds_alternative<ScanResult>(snapshot));
         QCOMPARE(describe(std::get<ScanResult>(snapshot).shortcuts),
@@ -230,16 +244,16 @@ private Q_SLOTS:
     void stoppedApplicationFailsWithinSeconds_data()
     {
         QTest::addColumn<int>("mode");
-        QTest::addRow("snapshot") << int(AtspiElementFactory::Mode::snapshot);
-        QTest::addRow("plain walk") << int(AtspiElementFactory::Mode::plainWalk);
+        QTest::addRow("snapshot") << int(Reader::snapshot);
+        QTest::addRow("plain walk") << int(Reader::plainWalk);
     }
     void stoppedApplicationFailsWithinSeconds()
     {
         QFETCH(int, mode);
         VaultStore store(VaultStore::Configuration{
             folder.filePath(QStringLiteral("stopped-%1.json").arg(mode)), {}});
-        AtspiElementFactory elements(static_cast<AtspiElementFactory::Mode>(mode));
-        AppMenuScanner scanner(workspace, trust, elements, alerts);
+        const auto elements = elementsFor(static_cast<Reader>(mode));
+        AppMenuScanner scanner(workspace, trust, *elements, alerts);
         QSignalSpy finished(&scanner, &AppMenuScanner::scanFinished);
         QCOMPARE(::kill(static_cast<pid_t>(mousepad.processId()), SIGSTOP), 0);
         QElapsedTimer timer;

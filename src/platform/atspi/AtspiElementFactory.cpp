@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/atspi/AtspiElementFactory.h"
 
-#include "platform/atspi/AtspiCall.h"
-#include "platform/atspi/AtspiElement.h"
 #include "platform/atspi/AtspiMenuSnapshot.h"
 #include "platform/atspi/AtspiSnapshotElement.h"
 
-#include <atspi/atspi.h>
-
 namespace Tessaline {
-
-AtspiElementFactory::AtspiElementFactory(Mode mode) : m_mode(mode) {}
 
 AccessibilityElementPtr AtspiElementFactory::applicationElement(qint64 processId)
 {
     if (processId <= 0)
         return nullptr;
-    return m_mode == Mode::snapshot ? snapshotApplicationElement(processId)
-                                    : plainApplicationElement(processId);
-}
-
-AccessibilityElementPtr AtspiElementFactory::snapshotApplicationElement(qint64 processId)
-{
     const auto bus = AtspiBus::connection();
     if (!bus)
         return nullptr;
@@ -29,41 +17,6 @@ AccessibilityElementPtr AtspiElementFactory::snapshotApplicationElement(qint64 p
     if (!application)
         return nullptr;
     return std::make_shared<AtspiSnapshotElement>(*bus, *application, kCallTimeoutMs);
-}
-
-AccessibilityElementPtr AtspiElementFactory::plainApplicationElement(qint64 processId)
-{
-    static const bool initialized = [] {
-        atspi_init();
-        // No extra allowance for applications this process has just met.
-        atspi_set_timeout(kCallTimeoutMs, 0);
-        return true;
-    }();
-    Q_UNUSED(initialized);
-
-    auto state = std::make_shared<AtspiWalkState>();
-    AtspiAccessible* desktop = atspi_get_desktop(0);
-    if (!desktop)
-        return nullptr;
-    GError* error = nullptr;
-    const gint count = atspi_accessible_get_child_count(desktop, &error);
-    AtspiAccessible* found = nullptr;
-    if (!AtspiCall::check(error, *state)) {
-        for (gint i = 0; i < count && !found; ++i) {
-            AtspiAccessible* application = atspi_accessible_get_child_at_index(desktop, i, &error);
-            if (AtspiCall::check(error, *state) || !application)
-                continue;
-            const guint pid = atspi_accessible_get_process_id(application, &error);
-            if (!AtspiCall::check(error, *state) && pid == processId)
-                found = application;
-            else
-                g_object_unref(application);
-        }
-    }
-    g_object_unref(desktop);
-    if (!found)
-        return nullptr;
-    return std::make_shared<AtspiElement>(found, state, -1);
 }
 
 } // namespace Tessaline

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/atspi/AtspiElement.h"
+#include "AtspiElement.h"
 
 #include "platform/atspi/AtspiCall.h"
 
