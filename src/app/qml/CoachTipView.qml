@@ -86,6 +86,7 @@ ThemedSurface {
                     font.pixelSize: 12
                     focusPolicy: Qt.NoFocus
                     onClicked: view.dismiss()
+                    Accessible.onPressAction: if (enabled) clicked()
                 }
                 Button {
                     objectName: "neverShowButton"
@@ -93,6 +94,7 @@ ThemedSurface {
                     font.pixelSize: 12
                     focusPolicy: Qt.NoFocus
                     onClicked: view.neverShow()
+                    Accessible.onPressAction: if (enabled) clicked()
                 }
             }
         }

@@ -15,6 +15,8 @@ AbstractButton {
     focusPolicy: Qt.NoFocus
     Accessible.name: help
     Accessible.role: Accessible.Button
+    // Assistive tools press a button through its action, not with a click.
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     ToolTip.visible: hovered && help.length > 0
     ToolTip.text: help
     ToolTip.delay: 500

@@ -55,6 +55,7 @@ RowLayout {
             Accessible.name: text
             Accessible.description: helperButton.modelData.help
             onClicked: bar.helperAction(helperButton.modelData.raw)
+            Accessible.onPressAction: if (enabled) clicked()
         }
     }
 }

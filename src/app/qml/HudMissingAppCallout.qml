@@ -57,6 +57,7 @@ Rectangle {
             focusPolicy: Qt.NoFocus
             Accessible.name: text
             onClicked: callout.scanMenus()
+            Accessible.onPressAction: if (enabled) clicked()
         }
     }
 }

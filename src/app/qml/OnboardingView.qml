@@ -124,6 +124,7 @@ ThemedSurface {
                 text: "Turn On Accessibility"
                 Accessible.name: text
                 onClicked: if (root.accessibility) root.accessibility.requestAccessibility()
+                Accessible.onPressAction: if (enabled) clicked()
             }
             Button {
                 objectName: "startButton"
@@ -131,6 +132,7 @@ ThemedSurface {
                 highlighted: true
                 Accessible.name: text
                 onClicked: root.complete()
+                Accessible.onPressAction: if (enabled) clicked()
             }
         }
     }

@@ -76,6 +76,9 @@ ThemedSurface {
                     checked: root.model.hotkeyManager.isEnabled
                     onToggled: root.model.hotkeyManager.isEnabled = checked
                     Accessible.name: text
+                    // Assistive tools toggle through the check box's action, not with a click.
+                    Accessible.onToggleAction: root.model.hotkeyManager.isEnabled = !checked
+                    Accessible.onPressAction: root.model.hotkeyManager.isEnabled = !checked
                 }
                 Label {
                     Layout.fillWidth: true
@@ -98,6 +101,7 @@ ThemedSurface {
                         enabled: root.model.hotkeyManager.isEnabled
                         Accessible.name: text
                         onClicked: root.model.hotkeyManager.disable()
+                        Accessible.onPressAction: if (enabled) clicked()
                     }
                 }
                 Label {
@@ -141,6 +145,7 @@ ThemedSurface {
                     text: "Turn On Accessibility"
                     Accessible.name: text
                     onClicked: root.model.requestAccessibility()
+                    Accessible.onPressAction: if (enabled) clicked()
                 }
             }
 
@@ -173,21 +178,25 @@ ThemedSurface {
                         text: "Show File"
                         Accessible.name: text
                         onClicked: root.model.showFile()
+                        Accessible.onPressAction: if (enabled) clicked()
                     }
                     Button {
                         text: "Import JSON"
                         Accessible.name: text
                         onClicked: root.model.importJson()
+                        Accessible.onPressAction: if (enabled) clicked()
                     }
                     Button {
                         text: "Export JSON"
                         Accessible.name: text
                         onClicked: root.model.exportJson()
+                        Accessible.onPressAction: if (enabled) clicked()
                     }
                     Button {
                         text: "Reset to Jorvo Pack"
                         Accessible.name: text
                         onClicked: root.model.resetToSeed()
+                        Accessible.onPressAction: if (enabled) clicked()
                     }
                 }
             }

@@ -59,6 +59,7 @@ Rectangle {
                 tint: row.favorite ? "#f5b400" : row.secondary
             }
             onClicked: row.toggleFavorite()
+            Accessible.onPressAction: if (enabled) clicked()
         }
         ColumnLayout {
             Layout.fillWidth: true
@@ -129,6 +130,7 @@ Rectangle {
                 color: Qt.rgba(row.primary.r, row.primary.g, row.primary.b, keycap.pressed ? 0.16 : 0.08)
             }
             onClicked: row.copyChord()
+            Accessible.onPressAction: if (enabled) clicked()
         }
     }
 }

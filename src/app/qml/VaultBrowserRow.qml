@@ -103,6 +103,7 @@ Rectangle {
                 tint: row.secondary
             }
             onClicked: row.copyChord()
+            Accessible.onPressAction: if (enabled) clicked()
         }
     }
 }

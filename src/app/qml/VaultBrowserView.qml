@@ -54,6 +54,7 @@ ThemedSurface {
                 focusPolicy: Qt.TabFocus
                 Accessible.name: text
                 onClicked: root.showJson()
+                Accessible.onPressAction: if (enabled) clicked()
             }
             BusyIndicator {
                 implicitWidth: 20
@@ -71,6 +72,7 @@ ThemedSurface {
                 enabled: !root.model.isScanning
                 Accessible.name: text
                 onClicked: root.scanOpenApps()
+                Accessible.onPressAction: if (enabled) clicked()
             }
         }
 
