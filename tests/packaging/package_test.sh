@@ -27,8 +27,10 @@ check "version" test "$(field Version)" = 0.1.0
 check "architecture" test "$(field Architecture)" = "$arch"
 depends=$(field Depends)
 echo "Depends: $depends"
+# The accessibility bus is reached over D-Bus (GIO), not through libatspi: at-spi2-core, named
+# below, provides the bus.
 for needed in libqt6core6 libqt6gui6 libqt6qml6 libqt6quick6 libqt6widgets6 libqt6dbus6 \
-    libatspi2.0-0 libglib2.0-0 libxcb1 libxkbcommon0 libc6 libstdc++6 \
+    libglib2.0-0 libxcb1 libxkbcommon0 libc6 libstdc++6 \
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts \
     qml6-module-qtquick-templates qml6-module-qtquick-window qml6-module-qtqml-workerscript \
     qt6-qpa-plugins libqt6svg6 at-spi2-core hicolor-icon-theme; do
