@@ -40,6 +40,15 @@ def bus_name_owned():
     return "true" in result.stdout
 
 
+def stop_tessaline(app):
+    """Asks the running Tessaline to quit and waits for its process; kills it if it hangs."""
+    control("Quit")
+    try:
+        app.wait(10)
+    except subprocess.TimeoutExpired:
+        app.kill()
+
+
 def tessaline_app():
     desktop = pyatspi.Registry.getDesktop(0)
     for i in range(desktop.childCount):

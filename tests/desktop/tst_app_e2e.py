@@ -15,6 +15,10 @@ import time
 
 import pyatspi
 
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+                             tessaline_app, visible_windows, wait_until)
+
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 failures = []
@@ -29,23 +33,10 @@ def check(condition, what):
     (passes if condition else failures).append(what)
 
 
-def run(*args, **kwargs):
-    return subprocess.run(args, capture_output=True, text=True, **kwargs)
 
 
-def wait_until(predicate, seconds=10.0, step=0.1):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        value = predicate()
-        if value:
-            return value
-        time.sleep(step)
-    return predicate()
 
 
-def visible_windows(name):
-    result = run("xdotool", "search", "--onlyvisible", "--name", name)
-    return [w for w in result.stdout.split() if w]
 
 
 def tray_icon():
@@ -67,44 +58,14 @@ def set_clipboard(text):
     subprocess.run(["xclip", "-i", "-selection", "clipboard"], input=text, text=True)
 
 
-def bus_name_owned():
-    result = run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
-                 "--object-path", "/org/freedesktop/DBus",
-                 "--method", "org.freedesktop.DBus.NameHasOwner", "org.tessaline.Tessaline")
-    return "true" in result.stdout
 
 
-def control(method):
-    run("gdbus", "call", "--session", "--dest", "org.tessaline.Tessaline",
-        "--object-path", "/org/tessaline/Tessaline", "--method",
-        "org.tessaline.Tessaline." + method)
 
 
 # --- accessibility helpers -------------------------------------------------------------------
 
-def tessaline_app():
-    desktop = pyatspi.Registry.getDesktop(0)
-    for i in range(desktop.childCount):
-        app = desktop.getChildAtIndex(i)
-        if app is not None and app.name.lower() == "tessaline":
-            return app
-    return None
 
 
-def find_all(root, predicate, limit=4000):
-    found, stack, seen = [], [root], 0
-    while stack and seen < limit:
-        node = stack.pop()
-        if node is None:
-            continue
-        seen += 1
-        try:
-            if predicate(node):
-                found.append(node)
-            stack.extend(node.getChildAtIndex(i) for i in reversed(range(node.childCount)))
-        except Exception:  # objects vanish while windows close
-            continue
-    return found
 
 
 def find_named(name, role=None):
@@ -265,8 +226,7 @@ try:
         check(not find_named("Lock screen, ⌃ ⌥ L"), "rows of other groups are filtered out")
 
     # A restart does not show the welcome window again.
-    control("Quit")
-    app.wait(10)
+    stop_tessaline(app)
     app = subprocess.Popen([TESSALINE], env=env, stderr=open(os.environ.get("TESSALINE_E2E_LOG", os.devnull), "a"))
     check(wait_until(bus_name_owned, 20), "Tessaline starts again")
     time.sleep(2)
@@ -278,11 +238,7 @@ try:
     check(wait_until(lambda: visible_windows("^Tessaline$"), 5),
           "the running instance shows its HUD")
 finally:
-    control("Quit")
-    try:
-        app.wait(10)
-    except subprocess.TimeoutExpired:
-        app.kill()
+    stop_tessaline(app)
     editor.kill()
     shutil.rmtree(home, ignore_errors=True)
 

@@ -14,8 +14,8 @@ import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import pyatspi  # noqa: E402
-from desktop_support import (bus_name_owned, control, find_all, run, tessaline_app,  # noqa: E402
-                             visible_windows, wait_until)
+from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+                             tessaline_app, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
@@ -117,8 +117,7 @@ try:
     check(wait_until(hotkey_enabled, 5), "the hotkey check box's action turns the hotkey on")
 
     # A fresh start, so that the HUD is the only window of Tessaline again.
-    control("Quit")
-    app.wait(10)
+    stop_tessaline(app)
     app = subprocess.Popen([TESSALINE], env=env, stdout=subprocess.DEVNULL,
                            stderr=subprocess.DEVNULL)
     check(wait_until(bus_name_owned, 20), "Tessaline starts again")
@@ -132,11 +131,7 @@ try:
     check(wait_until(lambda: shows("Scanned "), 30), '"Scan Open Apps" scans and says so')
 
 finally:
-    control("Quit")
-    try:
-        app.wait(10)
-    except subprocess.TimeoutExpired:
-        app.kill()
+    stop_tessaline(app)
     editor.kill()
     shutil.rmtree(home, ignore_errors=True)
 

@@ -13,8 +13,8 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (bus_name_owned, control, find_all, run, tessaline_app,  # noqa: E402
-                             texts_of, visible_windows, wait_until)
+from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+                             tessaline_app, texts_of, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
@@ -78,11 +78,7 @@ try:
         found = banned_in(texts)
         check(not found, "the window %r names no macOS things %s" % (title, found or ""))
 finally:
-    control("Quit")
-    try:
-        app.wait(10)
-    except subprocess.TimeoutExpired:
-        app.kill()
+    stop_tessaline(app)
     shutil.rmtree(home, ignore_errors=True)
 
 print("%d passed, %d failed" % (len(passes), len(failures)))
