@@ -51,6 +51,13 @@ def act(name, role="push button"):
     return wait_until(pressed, 5)
 
 
+def show_hud_over(window):
+    """Brings `window` to the front, then asks Tessaline for its HUD, as the hotkey would."""
+    run("xdotool", "windowactivate", "--sync", window)
+    control("ShowHUD")
+    return wait_until(lambda: visible_windows("^Tessaline$"), 5)
+
+
 def shows(text):
     app = tessaline_app()
     return app is not None and bool(find_all(app, lambda n: text in (n.name or "")))
@@ -81,9 +88,7 @@ try:
     check(wait_until(lambda: not visible_windows("^Welcome to Tessaline$"), 5),
           '"Start using Tessaline" closes the welcome window')
 
-    run("xdotool", "windowactivate", "--sync", editor_window)
-    control("ShowHUD")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the HUD opens for Mousepad")
+    check(show_hud_over(editor_window), "the HUD opens for Mousepad")
 
     # Reload: an outside edit of the vault shows after the button's action.
     with open(vault, "w") as f:
@@ -100,9 +105,7 @@ try:
     check(act("Close"), '"Close" has an action')
     check(wait_until(lambda: not visible_windows("^Tessaline$"), 5), '"Close" closes the HUD')
 
-    run("xdotool", "windowactivate", "--sync", editor_window)
-    control("ShowHUD")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the HUD opens again")
+    check(show_hud_over(editor_window), "the HUD opens again")
     check(act("Settings"), '"Settings" has an action')
     check(wait_until(lambda: visible_windows("^Tessaline Settings$"), 5),
           '"Settings" opens the settings window')
@@ -121,9 +124,7 @@ try:
     app = subprocess.Popen([TESSALINE], env=env, stdout=subprocess.DEVNULL,
                            stderr=subprocess.DEVNULL)
     check(wait_until(bus_name_owned, 20), "Tessaline starts again")
-    run("xdotool", "windowactivate", "--sync", editor_window)
-    control("ShowHUD")
-    check(wait_until(lambda: visible_windows("^Tessaline$"), 5), "the HUD opens once more")
+    check(show_hud_over(editor_window), "the HUD opens once more")
     check(act("Browse every saved shortcut"), '"Browse every saved shortcut" has an action')
     check(wait_until(lambda: visible_windows("^All Tessaline Shortcuts$"), 5),
           '"Browse every saved shortcut" opens the browser')
