@@ -20,6 +20,7 @@
 #include "platform/Workspace.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/DefaultsStore.h"
+#include "settings/KeyNamePreference.h"
 #include "vault/VaultStore.h"
 
 #include <QDesktopServices>
@@ -56,7 +57,8 @@ AppDelegate::AppDelegate(Platform platform, QObject* parent)
       m_coachTipController(std::make_unique<CoachTipController>(
           platform.defaults, platform.clock, platform.scheduler, platform.keyMonitor,
           platform.tipPresenter, platform.keySettings)),
-      m_windowPresenter(std::make_unique<AppWindowPresenter>(platform.engine, platform.defaults))
+      m_windowPresenter(std::make_unique<AppWindowPresenter>(platform.engine, platform.defaults)),
+      m_keyNames(std::make_unique<KeyNamePreference>(platform.defaults))
 {}
 
 AppDelegate::~AppDelegate()
@@ -84,6 +86,7 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
             if (self)
                 self->toggleHUD();
         });
+    m_hotkeyManager->followKeyNames(*m_keyNames);
     m_hotkeyManager->rebind();
 
     auto call = [self](void (AppDelegate::*method)()) {
@@ -144,6 +147,7 @@ void AppDelegate::showHUD()
     auto* model = new CheatSheetModel(
         *m_store, *m_menuScanner, app, [this](const QString& text) { copyText(text); },
         helperActionList(), panel);
+    model->followKeyNames(*m_keyNames);
     auto* navigator = new ListNavigator(panel);
     navigator->setPanel(panel);
     navigator->setOnActivate([model](int index) { model->copyChordAt(index); });
@@ -244,6 +248,7 @@ void AppDelegate::showBrowser()
     }
     auto* model = new BrowserModel(
         *m_store, *m_menuScanner, [this](const QString& text) { copyText(text); }, this);
+    model->followKeyNames(*m_keyNames);
     m_windowPresenter->showBrowser({{QStringLiteral("model"), QVariant::fromValue(model)}});
     QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Browser);
     if (!window) {
@@ -268,7 +273,8 @@ void AppDelegate::showSettings()
         m_windowPresenter->showSettings({});
         return;
     }
-    auto* model = new SettingsModel(*m_store, m_hotkeyManager.get(), m_platform.trust, this);
+    auto* model =
+        new SettingsModel(*m_store, m_hotkeyManager.get(), *m_keyNames, m_platform.trust, this);
     m_windowPresenter->showSettings({{QStringLiteral("model"), QVariant::fromValue(model)}});
     if (QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Settings))
         connect(window, &QObject::destroyed, model, &QObject::deleteLater);
@@ -282,7 +288,8 @@ void AppDelegate::showOnboarding()
     SettingsModel* model = nullptr;
     QVariantMap properties{{QStringLiteral("logoSource"), logoUrl()}};
     if (!wasOpen) {
-        model = new SettingsModel(*m_store, m_hotkeyManager.get(), m_platform.trust, this);
+        model =
+            new SettingsModel(*m_store, m_hotkeyManager.get(), *m_keyNames, m_platform.trust, this);
         properties.insert(QStringLiteral("accessibility"), QVariant::fromValue(model));
     }
     m_windowPresenter->showOnboarding(properties, [] {});

@@ -28,6 +28,7 @@ class DefaultsStore;
 class DesktopKeySettings;
 class FrontmostAppTracker;
 class HotkeyManager;
+class KeyNamePreference;
 class KeyInjector;
 class MenuBarController;
 class Scheduler;
@@ -111,6 +112,7 @@ private:
     std::unique_ptr<CoachTipController> m_coachTipController;
     std::unique_ptr<AppWindowPresenter> m_windowPresenter;
     std::unique_ptr<MenuBarController> m_menuBarController;
+    std::unique_ptr<KeyNamePreference> m_keyNames;
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
     std::unique_ptr<TextHelperService> m_textHelperService;
     QPointer<FloatingPanel> m_panel;

@@ -50,7 +50,15 @@ QVariant BrowserListModel::data(const QModelIndex& index, int role) const
         return {};
     const VaultShortcutRow& row = m_index->allRows().at(m_positions.at(index.row()));
     return ShortcutListModel::shortcutData(m_groupNames.at(m_groupOfRow.at(index.row())),
-                                           row.shortcut, m_query, role);
+                                           row.shortcut, m_query, m_keyNames, role);
+}
+
+void BrowserListModel::setKeyNameStyle(KeyNameStyle style)
+{
+    if (style == m_keyNames)
+        return;
+    m_keyNames = style;
+    ShortcutListModel::chordTextsChanged(*this);
 }
 
 QHash<int, QByteArray> BrowserListModel::roleNames() const

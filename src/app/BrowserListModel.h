@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "vault/ChordText.h"
 #include "vault/VaultBrowserIndex.h"
 
 #include <QAbstractListModel>
@@ -23,6 +24,8 @@ public:
                const QString& query);
     /// Shows nothing and forgets the index.
     void clear();
+    /// Redraws every row's chord text in `style`.
+    void setKeyNameStyle(KeyNameStyle style);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -35,6 +38,7 @@ private:
     QList<qsizetype> m_positions;
     QList<qsizetype> m_groupOfRow;
     QString m_query;
+    KeyNameStyle m_keyNames = KeyNameStyle::Words;
 };
 
 } // namespace Tessaline

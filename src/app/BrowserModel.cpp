@@ -2,6 +2,7 @@
 #include "BrowserModel.h"
 
 #include "scan/AppMenuScanner.h"
+#include "settings/KeyNamePreference.h"
 #include "vault/VaultStore.h"
 
 namespace Tessaline {
@@ -14,6 +15,13 @@ BrowserModel::BrowserModel(VaultStore& store, AppMenuScanner& scanner,
     for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged})
         connect(&scanner, signal, this, &BrowserModel::scannerChanged);
     rebuildIndex();
+}
+
+void BrowserModel::followKeyNames(const KeyNamePreference& keyNames)
+{
+    m_rows.setKeyNameStyle(keyNames.style());
+    connect(&keyNames, &KeyNamePreference::styleChanged, this,
+            [this, &keyNames] { m_rows.setKeyNameStyle(keyNames.style()); });
 }
 
 void BrowserModel::setQuery(const QString& query)

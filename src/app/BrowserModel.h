@@ -15,6 +15,7 @@
 namespace Tessaline {
 
 class AppMenuScanner;
+class KeyNamePreference;
 class VaultStore;
 
 /// What the browser window shows: every row of the vault filtered by the query and grouped by
@@ -38,6 +39,9 @@ class BrowserModel : public QObject
 public:
     BrowserModel(VaultStore& store, AppMenuScanner& scanner,
                  std::function<void(const QString&)> copyText, QObject* parent = nullptr);
+
+    /// Draws the rows' chords as `keyNames` says, now and whenever the user changes it.
+    void followKeyNames(const KeyNamePreference& keyNames);
 
     QString query() const { return m_query; }
     void setQuery(const QString& query);

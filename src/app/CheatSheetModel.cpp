@@ -2,6 +2,7 @@
 #include "CheatSheetModel.h"
 
 #include "scan/AppMenuScanner.h"
+#include "settings/KeyNamePreference.h"
 #include "vault/VaultStore.h"
 
 namespace Tessaline {
@@ -21,6 +22,13 @@ CheatSheetModel::CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, Tra
                         &AppMenuScanner::statusAppBundleIDChanged})
         connect(&scanner, signal, this, &CheatSheetModel::scanStatusChanged);
     recompute();
+}
+
+void CheatSheetModel::followKeyNames(const KeyNamePreference& keyNames)
+{
+    m_rows.setKeyNameStyle(keyNames.style());
+    connect(&keyNames, &KeyNamePreference::styleChanged, this,
+            [this, &keyNames] { m_rows.setKeyNameStyle(keyNames.style()); });
 }
 
 QVariant CheatSheetModel::appBundleID() const

@@ -14,6 +14,7 @@
 namespace Tessaline {
 
 class AppMenuScanner;
+class KeyNamePreference;
 class VaultStore;
 
 /// What the cheat-sheet view shows for one app: its sections flattened into rows, the header's
@@ -41,6 +42,9 @@ public:
     CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, TrackedApp app,
                     std::function<void(const QString&)> copyText, QVariantList helperActions,
                     QObject* parent = nullptr);
+
+    /// Draws the rows' chords as `keyNames` says, now and whenever the user changes it.
+    void followKeyNames(const KeyNamePreference& keyNames);
 
     const TrackedApp& app() const { return m_app; }
     QString appName() const { return m_app.name; }

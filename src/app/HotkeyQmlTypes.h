@@ -3,14 +3,16 @@
 
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/HotkeyRecorder.h"
+#include "settings/KeyNamePreference.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
 namespace Tessaline {
 
-// The core's hotkey objects under their own names in the "Tessaline" module, so that the
-// settings views declare them with their types. The application creates them, never a view.
+// The core's hotkey and key-name objects under their own names in the "Tessaline" module, so
+// that the settings views declare them with their types. The application creates them, never a
+// view.
 
 struct HotkeyManagerQmlType
 {
@@ -26,6 +28,14 @@ struct HotkeyRecorderQmlType
     QML_FOREIGN(Tessaline::HotkeyRecorder)
     QML_NAMED_ELEMENT(HotkeyRecorder)
     QML_UNCREATABLE("HotkeyRecorder is created with the settings")
+};
+
+struct KeyNamePreferenceQmlType
+{
+    Q_GADGET
+    QML_FOREIGN(Tessaline::KeyNamePreference)
+    QML_NAMED_ELEMENT(KeyNamePreference)
+    QML_UNCREATABLE("KeyNamePreference is created by the application")
 };
 
 } // namespace Tessaline

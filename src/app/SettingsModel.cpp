@@ -22,8 +22,10 @@ const QString kJsonFilter = QStringLiteral("JSON files (*.json)");
 } // namespace
 
 SettingsModel::SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager,
-                             AccessibilityTrust& trust, QObject* parent)
-    : QObject(parent), m_store(&store), m_hotkeyManager(hotkeyManager), m_trust(trust)
+                             KeyNamePreference& keyNames, AccessibilityTrust& trust,
+                             QObject* parent)
+    : QObject(parent), m_store(&store), m_hotkeyManager(hotkeyManager), m_keyNames(keyNames),
+      m_trust(trust)
 {
     if (hotkeyManager)
         m_recorder = new HotkeyRecorder(*hotkeyManager, this);

@@ -4,6 +4,7 @@
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/HotkeyRecorder.h"
 #include "settings/AutostartEntry.h"
+#include "settings/KeyNamePreference.h"
 
 #include <QObject>
 #include <QPointer>
@@ -24,6 +25,7 @@ class SettingsModel : public QObject
     QML_UNCREATABLE("SettingsModel is created by the application")
     Q_PROPERTY(Tessaline::HotkeyManager* hotkeyManager READ hotkeyManager CONSTANT)
     Q_PROPERTY(Tessaline::HotkeyRecorder* recorder READ recorder CONSTANT)
+    Q_PROPERTY(Tessaline::KeyNamePreference* keyNames READ keyNames CONSTANT)
     Q_PROPERTY(bool accessibilityEnabled READ accessibilityEnabled NOTIFY accessibilityChanged)
     Q_PROPERTY(QString dataFilePath READ dataFilePath CONSTANT)
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
@@ -31,12 +33,13 @@ class SettingsModel : public QObject
     Q_PROPERTY(QString startAtLoginMessage READ startAtLoginMessage NOTIFY startAtLoginChanged)
 
 public:
-    SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager, AccessibilityTrust& trust,
-                  QObject* parent = nullptr);
+    SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager, KeyNamePreference& keyNames,
+                  AccessibilityTrust& trust, QObject* parent = nullptr);
     ~SettingsModel() override;
 
     HotkeyManager* hotkeyManager() const { return m_hotkeyManager.data(); }
     HotkeyRecorder* recorder() const { return m_recorder; }
+    KeyNamePreference* keyNames() const { return &m_keyNames; }
     bool accessibilityEnabled() const { return m_accessibilityEnabled; }
     QString dataFilePath() const;
     QString lastError() const;
@@ -77,6 +80,7 @@ private:
     QPointer<VaultStore> m_store;
     QPointer<HotkeyManager> m_hotkeyManager;
     HotkeyRecorder* m_recorder = nullptr;
+    KeyNamePreference& m_keyNames;
     AccessibilityTrust& m_trust;
     bool m_accessibilityEnabled = false;
     AutostartEntry m_autostart;

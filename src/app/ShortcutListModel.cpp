@@ -100,11 +100,26 @@ QVariant ShortcutListModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     const Entry& entry = m_entries.at(index.row());
-    return shortcutData(entry.group, entry.item, m_query, role);
+    return shortcutData(entry.group, entry.item, m_query, m_keyNames, role);
+}
+
+void ShortcutListModel::setKeyNameStyle(KeyNameStyle style)
+{
+    if (style == m_keyNames)
+        return;
+    m_keyNames = style;
+    chordTextsChanged(*this);
+}
+
+void ShortcutListModel::chordTextsChanged(QAbstractListModel& model)
+{
+    const int rows = model.rowCount();
+    if (rows > 0)
+        emit model.dataChanged(model.index(0), model.index(rows - 1), {ChordTextRole});
 }
 
 QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutItem& item,
-                                         const QString& query, int role)
+                                         const QString& query, KeyNameStyle keyNames, int role)
 {
     switch (role) {
     case GroupRole:
@@ -116,6 +131,8 @@ QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutIte
         return FuzzyMatch::highlighted(item.name, query);
     case ChordRole:
         return item.chord;
+    case ChordTextRole:
+        return ChordText::display(item.chord, keyNames);
     case DetailRole:
         return item.detailText();
     case FavoriteRole:
@@ -134,9 +151,9 @@ QHash<int, QByteArray> ShortcutListModel::roleNames() const
 
 QHash<int, QByteArray> ShortcutListModel::shortcutRoleNames()
 {
-    return {{GroupRole, "group"},    {NameRole, "name"},     {NameHtmlRole, "nameHtml"},
-            {ChordRole, "chord"},    {DetailRole, "detail"}, {FavoriteRole, "favorite"},
-            {ScannedRole, "scanned"}};
+    return {{GroupRole, "group"},     {NameRole, "name"},          {NameHtmlRole, "nameHtml"},
+            {ChordRole, "chord"},     {DetailRole, "detail"},      {FavoriteRole, "favorite"},
+            {ScannedRole, "scanned"}, {ChordTextRole, "chordText"}};
 }
 
 } // namespace Tessaline

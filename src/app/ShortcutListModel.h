@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "vault/ChordText.h"
 #include "vault/ShortcutItem.h"
 
 #include <QAbstractListModel>
@@ -9,7 +10,9 @@
 namespace Tessaline {
 
 /// A flat list of shortcuts, each under a group title (a cheat-sheet section or a browser app),
-/// in display order, for the QML lists. The name is also offered highlighted for the query.
+/// in display order, for the QML lists. The name is also offered highlighted for the query, and
+/// the chord as the user wants it drawn ("chordText") beside the stored one ("chord", which is
+/// what gets copied).
 class ShortcutListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -23,6 +26,7 @@ public:
         DetailRole,
         FavoriteRole,
         ScannedRole,
+        ChordTextRole,
     };
 
     struct Entry
@@ -40,20 +44,27 @@ public:
     /// `query` changes every row's highlight and so resets instead.
     void update(QList<Entry> entries, const QString& query);
     const QList<Entry>& entries() const { return m_entries; }
+    /// Redraws every row's chord text in `style`.
+    void setKeyNameStyle(KeyNameStyle style);
+
+    /// Announces that the "chordText" of every one of `model`'s rows changed.
+    static void chordTextsChanged(QAbstractListModel& model);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
     /// What a row of `item` under the title `group` shows for `role`, with the characters that
-    /// `query` matches emphasised in the highlighted name. Shared with the browser's list.
+    /// `query` matches emphasised in the highlighted name and the chord text drawn in
+    /// `keyNames`. Shared with the browser's list.
     static QVariant shortcutData(const QString& group, const ShortcutItem& item,
-                                 const QString& query, int role);
+                                 const QString& query, KeyNameStyle keyNames, int role);
     static QHash<int, QByteArray> shortcutRoleNames();
 
 private:
     QList<Entry> m_entries;
     QString m_query;
+    KeyNameStyle m_keyNames = KeyNameStyle::Words;
 };
 
 } // namespace Tessaline

@@ -2,6 +2,8 @@
 #include "VaultCli.h"
 
 #include "CommandLineStage.h"
+#include "settings/DefaultsStore.h"
+#include "settings/KeyNamePreference.h"
 
 #include <cstdio>
 
@@ -24,6 +26,13 @@ VaultCli::~VaultCli()
 void VaultCli::addCommand(Command command)
 {
     m_commands.append(std::move(command));
+}
+
+QString VaultCli::drawChord(const QString& chord)
+{
+    if (!m_keyNames)
+        m_keyNames = KeyNamePreference::read(DefaultsStore({}, DefaultsStore::Access::ReadOnly));
+    return ChordText::display(chord, *m_keyNames);
 }
 
 VaultStore& VaultCli::store()

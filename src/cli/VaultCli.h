@@ -2,6 +2,7 @@
 #pragma once
 
 #include "context/TrackedApp.h"
+#include "vault/ChordText.h"
 #include "vault/VaultStore.h"
 
 #include <QHash>
@@ -89,6 +90,9 @@ public:
     /// VaultFailure. Commands that read or edit the vault call this first, so that they never
     /// act on the built-in stand-in for a damaged file.
     bool requireHealthyVault();
+    /// `chord` (stored in symbols) as the user chose to see chords in the settings' "Key names":
+    /// in words unless they chose symbols. JSON output keeps the stored form instead.
+    QString drawChord(const QString& chord);
     /// Prints the store's lastError (when there is one) and returns VaultFailure, else Success.
     int finishWithStoreStatus();
     /// Prints "tessaline-vault: <message>" on standard error and returns `code`.
@@ -110,6 +114,7 @@ private:
     QTextStream m_out;
     QTextStream m_err;
     std::unique_ptr<VaultStore> m_store;
+    std::optional<KeyNameStyle> m_keyNames;
 };
 
 } // namespace Tessaline

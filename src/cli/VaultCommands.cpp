@@ -46,9 +46,10 @@ void printJson(VaultCli& cli, const QJsonObject& object)
     cli.out() << QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented));
 }
 
-QString itemLine(const ShortcutItem& item)
+QString itemLine(VaultCli& cli, const ShortcutItem& item)
 {
-    return QStringLiteral("  %1\t%2\t%3").arg(item.chord, item.name, item.detailText());
+    return QStringLiteral("  %1\t%2\t%3")
+        .arg(cli.drawChord(item.chord), item.name, item.detailText());
 }
 
 int path(VaultCli& cli, const VaultCli::Arguments&)
@@ -95,7 +96,7 @@ int sections(VaultCli& cli, const VaultCli::Arguments& arguments)
         first = false;
         cli.out() << section.title << '\n';
         for (const ShortcutItem& item : section.shortcuts) {
-            cli.out() << itemLine(item);
+            cli.out() << itemLine(cli, item);
             if (ranked)
                 cli.out() << "\tscore " << FuzzyMatch::score(query, item).value_or(0);
             cli.out() << '\n';
@@ -138,7 +139,7 @@ int rows(VaultCli& cli, const VaultCli::Arguments& arguments)
     for (const BrowserGroup& group : groups) {
         cli.out() << '\n' << group.name << " (" << group.rows.size() << ")\n";
         for (const VaultShortcutRow& row : group.rows)
-            cli.out() << itemLine(row.shortcut) << '\n';
+            cli.out() << itemLine(cli, row.shortcut) << '\n';
     }
     if (groups.isEmpty())
         cli.err() << "No shortcuts found.\n";
@@ -153,13 +154,20 @@ int favorite(VaultCli& cli, const VaultCli::Arguments& arguments)
     const TrackedApp app = VaultCli::appFrom(arguments);
     ShortcutItem wanted;
     wanted.name = arguments.positional.at(0);
-    wanted.chord = arguments.positional.at(1);
-    const std::optional<ShortcutItem> stored = store.storedItem(wanted.id(), app);
+    const QString typedChord = arguments.positional.at(1);
+    wanted.chord = typedChord;
+    std::optional<ShortcutItem> stored = store.storedItem(wanted.id(), app);
+    // The chord may also be written in words, as the text output shows it ("Ctrl+Shift+S").
+    if (const std::optional<QString> symbols = ChordText::symbolQuery(typedChord);
+        !stored && symbols) {
+        wanted.chord = *symbols;
+        stored = store.storedItem(wanted.id(), app);
+    }
     if (!stored) {
         return cli.fail(
             QStringLiteral("no shortcut named \"%1\" with chord \"%2\" in the pack of %3 "
                            "or the global list")
-                .arg(wanted.name, wanted.chord, app.name));
+                .arg(wanted.name, typedChord, app.name));
     }
     store.toggleFavorite(*stored, app);
     if (const int code = cli.finishWithStoreStatus())
@@ -168,7 +176,7 @@ int favorite(VaultCli& cli, const VaultCli::Arguments& arguments)
     if (arguments.json) {
         printJson(cli, itemJson(now));
     } else {
-        cli.out() << now.name << " (" << now.chord << ") is "
+        cli.out() << now.name << " (" << cli.drawChord(now.chord) << ") is "
                   << (now.isFavorite() ? "now a favorite" : "no longer a favorite") << '\n';
     }
     return VaultCli::Success;
@@ -265,8 +273,9 @@ void addVaultCommands(VaultCli& cli)
          QStringLiteral("NAME CHORD [--app NAME] [--bundle-id ID]"),
          QStringLiteral(
              "Mark the shortcut with this exact name and chord as a favorite, or unmark it when\n"
-             "it is one. It is looked up in the app's pack first, then in the global list.\n"
-             "The vault file is written."),
+             "it is one. CHORD is written as the vault stores it (\"⌃ ⇧ S\") or in words\n"
+             "(\"Ctrl+Shift+S\"). It is looked up in the app's pack first, then in the global\n"
+             "list. The vault file is written."),
          {kApp, kBundleId},
          2,
          2,

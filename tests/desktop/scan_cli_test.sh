@@ -42,8 +42,8 @@ second=$("$cli" scan --bundle-id org.xfce.mousepad 2>&1)
 check "second scan finds them in the vault" "$second" "^Found $found shortcuts for Mousepad; they were already in the vault\.\$"
 
 rows=$("$cli" sections --bundle-id org.xfce.mousepad --app Mousepad 2>&1)
-check "the vault holds Close Window under File" "$rows" $'⌃ ⇧ W\tClose Window\tFile'
-check "the vault holds Line Up under Edit > Move" "$rows" $'⌥ ↑\tLine Up\tEdit > Move'
+check "the vault holds Close Window under File" "$rows" $'Ctrl\\+Shift\\+W\tClose Window\tFile'
+check "the vault holds Line Up under Edit > Move" "$rows" $'Alt\\+Up\tLine Up\tEdit > Move'
 
 all=$("$cli" scan --all 2>&1)
 check "scan --all sums up" "$all" "^Scanned 1 open apps\. Added 0 new shortcuts from $found found across 1 apps\.\$"

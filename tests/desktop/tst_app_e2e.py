@@ -221,7 +221,7 @@ try:
         time.sleep(0.5)
         run("xdotool", "type", "org.xfce.mousepad")
         # Rows are built as they scroll into view; Close Tab is the first of Mousepad's by name.
-        check(wait_until(lambda: find_named("Close Tab, ⌃ W", "list item"), 5),
+        check(wait_until(lambda: find_named("Close Tab, Ctrl+W", "list item"), 5),
               "the browser finds Mousepad's shortcuts by the bundle id org.xfce.mousepad")
         check(not find_named("Lock screen, ⌃ ⌥ L"), "rows of other groups are filtered out")
 

@@ -13,6 +13,7 @@
 #include "scan/AppMenuScanner.h"
 #include "settings/AutostartEntry.h"
 #include "settings/DefaultsStore.h"
+#include "settings/KeyNamePreference.h"
 #include "vault/VaultCodec.h"
 #include "vault/VaultStore.h"
 
@@ -79,6 +80,7 @@ ViewFixture::~ViewFixture()
 void ViewFixture::release()
 {
     qDeleteAll(m_models.children());
+    m_keyNames.reset();
     m_hotkeys.reset();
     m_defaults.reset();
     m_desktop.reset();
@@ -108,6 +110,8 @@ void ViewFixture::reset()
     m_desktop = std::make_unique<FakeScanDesktop>();
     m_defaults = std::make_unique<DefaultsStore>(m_dir->filePath(QStringLiteral("defaults.json")));
     m_hotkeys = std::make_unique<HotkeyManager>(*m_defaults, *m_scheduler, [] {});
+    m_keyNames = std::make_unique<KeyNamePreference>(*m_defaults);
+    m_hotkeys->followKeyNames(*m_keyNames);
 }
 
 QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID)
@@ -119,9 +123,11 @@ QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID
                         {QStringLiteral("title"), TextHelperActions::title(action)},
                         {QStringLiteral("help"), TextHelperActions::description(action)}});
     }
-    return keep(new CheatSheetModel(
+    auto* model = new CheatSheetModel(
         *m_store, m_desktop->scanner, tracked(appName, bundleID),
-        [this](const QString& text) { m_copied << text; }, helpers, &m_models));
+        [this](const QString& text) { m_copied << text; }, helpers, &m_models);
+    model->followKeyNames(*m_keyNames);
+    return keep(model);
 }
 
 QObject* ViewFixture::navigator()
@@ -131,14 +137,16 @@ QObject* ViewFixture::navigator()
 
 QObject* ViewFixture::browser()
 {
-    return keep(new BrowserModel(
-        *m_store, m_desktop->scanner, [this](const QString& text) { m_copied << text; },
-        &m_models));
+    auto* model = new BrowserModel(
+        *m_store, m_desktop->scanner, [this](const QString& text) { m_copied << text; }, &m_models);
+    model->followKeyNames(*m_keyNames);
+    return keep(model);
 }
 
 QObject* ViewFixture::settings()
 {
-    return keep(new SettingsModel(*m_store, m_hotkeys.get(), m_desktop->trust, &m_models));
+    return keep(
+        new SettingsModel(*m_store, m_hotkeys.get(), *m_keyNames, m_desktop->trust, &m_models));
 }
 
 void ViewFixture::startScan(const QString& appName, const QString& bundleID)

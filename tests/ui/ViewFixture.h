@@ -9,6 +9,7 @@
 
 namespace Tessaline {
 class DefaultsStore;
+class KeyNamePreference;
 class HotkeyManager;
 class VaultStore;
 namespace Testing {
@@ -72,6 +73,7 @@ private:
     std::unique_ptr<Tessaline::VaultStore> m_store;
     std::unique_ptr<Tessaline::DefaultsStore> m_defaults;
     std::unique_ptr<Tessaline::HotkeyManager> m_hotkeys;
+    std::unique_ptr<Tessaline::KeyNamePreference> m_keyNames;
     QObject m_models;
     QStringList m_copied;
 };

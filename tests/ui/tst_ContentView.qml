@@ -237,5 +237,27 @@ Item {
             compare(view.navigator.itemCount, 1)
             compare(list.count, 1)
         }
+
+        function test_chordsAreDrawnInTheChosenKeyNames() {
+            const view = makeView("Editor", "org.example.Editor")
+            const settings = fixture.settings()
+            // Words by default: the vault's "⌘S" is Super+S on a Linux keyboard.
+            // The list's rows are made once the view has been laid out.
+            tryVerify(() => withText(view, "Ctrl+Y").length === 1)
+            compare(withText(view, "⌘S").length, 0)
+            const words = withText(view, "Super+S")
+            compare(words.length, 1)
+            compare(withText(view, "Ctrl+Y").length, 1)
+            // Copying gives the chord as the vault stores it.
+            click(words[0])
+            compare(fixture.copied(), ["⌘S"])
+
+            settings.keyNames.words = false
+            compare(withText(view, "Super S").length, 1)
+            compare(withText(view, "⌃Y").length, 1)
+            compare(withText(view, "Super+S").length, 0)
+            settings.keyNames.words = true
+            compare(withText(view, "Super+S").length, 1)
+        }
     }
 }

@@ -45,15 +45,39 @@ Item {
             const view = makeView()
             const recorder = record(view)
             keyClick(Qt.Key_J, Qt.AltModifier | Qt.MetaModifier)
-            compare(recorderText(view), "⌥⌘J")
+            compare(recorderText(view), "Alt+Super+J")
             const message = findChild(view, "registrationMessage")
             verify(message.visible)
-            compare(message.text, "HUD hotkey set to ⌥⌘J.")
+            compare(message.text, "HUD hotkey set to Alt+Super+J.")
             verify(findChild(view, "hotkeyToggle").checked)
             // The recorder keeps focus: the next chord replaces the last.
             verify(recorder.activeFocus)
             keyClick(Qt.Key_K, Qt.ControlModifier | Qt.MetaModifier)
-            compare(recorderText(view), "⌃⌘K")
+            compare(recorderText(view), "Ctrl+Super+K")
+        }
+
+        function test_keyNamesChoiceRedrawsTheHotkey() {
+            const view = makeView()
+            record(view)
+            keyClick(Qt.Key_J, Qt.AltModifier | Qt.MetaModifier)
+            const words = findChild(view, "keyNamesWords")
+            const symbols = findChild(view, "keyNamesSymbols")
+            verify(words.checked)
+            verify(!symbols.checked)
+            compare(words.text, "Words (Ctrl+Shift+S)")
+            compare(symbols.text, "Symbols (⌃ ⇧ S)")
+
+            mouseClick(symbols, symbols.width / 2, symbols.height / 2)
+            verify(symbols.checked)
+            verify(!words.checked)
+            verify(!view.model.keyNames.words)
+            compare(recorderText(view), "⌥Super J")
+            compare(findChild(view, "registrationMessage").text, "HUD hotkey set to ⌥Super J.")
+
+            // Assistive tools choose through the radio button's action.
+            verify(fixture.doAccessibleAction(words, "Press"))
+            verify(words.checked)
+            compare(recorderText(view), "Alt+Super+J")
         }
 
         function test_keyWithoutModifierChangesOnlyTheMessage() {

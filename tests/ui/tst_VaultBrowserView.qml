@@ -61,6 +61,17 @@ Item {
             verify(!findChild(view, "emptyState").visible)
         }
 
+        function test_chordsAreDrawnInTheChosenKeyNames() {
+            const view = makeView()
+            const settings = fixture.settings()
+            tryVerify(() => withText(view, "Ctrl+Y").length === 1)
+            compare(withText(view, "Super+C").length, 1)
+            compare(withText(view, "⌘C").length, 0)
+            settings.keyNames.words = false
+            compare(withText(view, "⌃Y").length, 1)
+            compare(withText(view, "Super C").length, 1)
+        }
+
         function test_emptyState() {
             const view = makeView()
             view.model.query = "no shortcut is called this"

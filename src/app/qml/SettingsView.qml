@@ -4,8 +4,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Tessaline
 
-// The settings window: the HUD hotkey, the accessibility permission, the shortcut pack file and
-// starting at login.
+// The settings window: the HUD hotkey, how key names are written, the accessibility permission,
+// the shortcut pack file and starting at login.
 ThemedSurface {
     id: root
     required property SettingsModel model
@@ -112,6 +112,37 @@ ThemedSurface {
                     font.pixelSize: 12
                     wrapMode: Text.WordWrap
                     Accessible.name: text
+                }
+            }
+
+            SettingsCard {
+                title: "Key names"
+                systemImage: "keyboard"
+                Label {
+                    Layout.fillWidth: true
+                    text: "How shortcuts are written in the HUD, the browser and the command line. The shortcut pack keeps its own form."
+                    font.pixelSize: 12
+                    color: root.secondary
+                    wrapMode: Text.WordWrap
+                    Accessible.name: text
+                }
+                RadioButton {
+                    objectName: "keyNamesWords"
+                    text: "Words (Ctrl+Shift+S)"
+                    checked: root.model.keyNames.words
+                    onToggled: root.model.keyNames.words = true
+                    Accessible.name: text
+                    Accessible.onPressAction: root.model.keyNames.words = true
+                    Accessible.onToggleAction: root.model.keyNames.words = true
+                }
+                RadioButton {
+                    objectName: "keyNamesSymbols"
+                    text: "Symbols (⌃ ⇧ S)"
+                    checked: !root.model.keyNames.words
+                    onToggled: root.model.keyNames.words = false
+                    Accessible.name: text
+                    Accessible.onPressAction: root.model.keyNames.words = false
+                    Accessible.onToggleAction: root.model.keyNames.words = false
                 }
             }
 

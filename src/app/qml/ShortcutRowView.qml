@@ -11,6 +11,7 @@ Rectangle {
     required property string name
     required property string nameHtml
     required property string chord
+    required property string chordText
     required property string detail
     required property bool favorite
     required property bool scanned
@@ -31,7 +32,7 @@ Rectangle {
                              : Qt.rgba(primary.r, primary.g, primary.b, 0.045)
     border.width: isSelected ? 1.5 : 1
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + ", " + chord
+    Accessible.name: name + ", " + chordText
     Accessible.selected: isSelected
 
     RowLayout {
@@ -111,7 +112,7 @@ Rectangle {
             focusPolicy: Qt.NoFocus
             hoverEnabled: true
             Accessible.name: "Copy shortcut"
-            Accessible.description: row.chord
+            Accessible.description: row.chordText
             ToolTip.visible: hovered
             ToolTip.text: "Copy shortcut"
             ToolTip.delay: 500
@@ -120,7 +121,7 @@ Rectangle {
             topPadding: 6
             bottomPadding: 6
             contentItem: Label {
-                text: row.chord
+                text: row.chordText
                 font.family: "monospace"
                 font.pixelSize: 12
                 font.weight: Font.DemiBold

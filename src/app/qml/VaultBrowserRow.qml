@@ -11,6 +11,7 @@ Rectangle {
     required property string nameHtml
     required property string detail
     required property string chord
+    required property string chordText
     required property bool favorite
     required property bool scanned
 
@@ -23,7 +24,7 @@ Rectangle {
     radius: 8
     color: Qt.rgba(primary.r, primary.g, primary.b, 0.035)
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + ", " + chord
+    Accessible.name: name + ", " + chordText
 
     RowLayout {
         id: layout
@@ -74,7 +75,7 @@ Rectangle {
             side: 13
         }
         Label {
-            text: row.chord
+            text: row.chordText
             font.family: "monospace"
             font.pixelSize: 12
             font.weight: Font.DemiBold
@@ -86,7 +87,7 @@ Rectangle {
                 radius: 6
                 color: Qt.rgba(row.primary.r, row.primary.g, row.primary.b, 0.08)
             }
-            Accessible.name: row.chord
+            Accessible.name: row.chordText
         }
         AbstractButton {
             implicitWidth: 24

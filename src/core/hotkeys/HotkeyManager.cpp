@@ -3,6 +3,7 @@
 
 #include "platform/Scheduler.h"
 #include "settings/DefaultsStore.h"
+#include "settings/KeyNamePreference.h"
 
 #include <hotkey/HotKey.h>
 #include <hotkey/ModifierFlags.h>
@@ -121,7 +122,27 @@ QString HotkeyManager::displayText() const
 {
     if (m_keyCode > 0xFFFF)
         qFatal("HotkeyManager: key code %u does not fit in 16 bits", m_keyCode);
-    return displayModifiers(m_carbonModifiers) + displayKey(static_cast<quint16>(m_keyCode));
+    const QString symbols =
+        displayModifiers(m_carbonModifiers) + displayKey(static_cast<quint16>(m_keyCode));
+    return m_keyNameStyle ? ChordText::display(symbols, *m_keyNameStyle) : symbols;
+}
+
+void HotkeyManager::followKeyNames(const KeyNamePreference& keyNames)
+{
+    setKeyNameStyle(keyNames.style());
+    connect(&keyNames, &KeyNamePreference::styleChanged, this,
+            [this, &keyNames] { setKeyNameStyle(keyNames.style()); });
+}
+
+void HotkeyManager::setKeyNameStyle(std::optional<KeyNameStyle> style)
+{
+    if (style == m_keyNameStyle)
+        return;
+    const QString before = displayText();
+    m_keyNameStyle = style;
+    Q_EMIT displayTextChanged();
+    if (m_registrationMessage == setMessagePrefix() + before + QLatin1Char('.'))
+        setRegistrationMessage(setMessagePrefix() + displayText() + QLatin1Char('.'));
 }
 
 quint32 HotkeyManager::carbonModifiersFromFlags(quint64 modifierFlags)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "vault/ChordText.h"
+
 #include <QObject>
 #include <QString>
 
@@ -15,6 +17,7 @@ class HotKey;
 namespace Tessaline {
 
 class DefaultsStore;
+class KeyNamePreference;
 class Scheduler;
 
 /// The user's global hotkey that toggles the HUD: whether it is on, its key and modifiers. The
@@ -77,8 +80,14 @@ public:
     Q_INVOKABLE
     void disable();
 
-    /// The modifiers' symbols followed by the key's name, e.g. "⌃⌥⌘K".
+    /// The modifiers' symbols followed by the key's name, e.g. "⌃⌥⌘K", drawn in the key-name
+    /// style when one is set ("Ctrl+Alt+Super+K").
     QString displayText() const;
+    /// How `displayText` draws the combination; none keeps the symbols. A change redraws the
+    /// display text and a "HUD hotkey set to" message.
+    void setKeyNameStyle(std::optional<KeyNameStyle> style);
+    /// Draws in the style `keyNames` holds, now and whenever the user changes it.
+    void followKeyNames(const KeyNamePreference& keyNames);
 
     /// Carbon bits of platform modifier flags (command, option, control, shift only).
     static quint32 carbonModifiersFromFlags(quint64 modifierFlags);
@@ -101,6 +110,7 @@ private:
     quint32 m_keyCode = defaultKeyCode;
     quint32 m_carbonModifiers = defaultModifiers;
     std::optional<QString> m_registrationMessage;
+    std::optional<KeyNameStyle> m_keyNameStyle;
     std::shared_ptr<HotKey::HotKey> m_hotKey;
     std::function<void()> m_toggle;
 };

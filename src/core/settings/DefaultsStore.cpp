@@ -89,10 +89,11 @@ QSettings::Format jsonFormat()
 
 } // namespace
 
-DefaultsStore::DefaultsStore(const QString& filePath)
+DefaultsStore::DefaultsStore(const QString& filePath, Access access) : m_access(access)
 {
     const QString path = filePath.isEmpty() ? defaultFilePath() : filePath;
-    QDir().mkpath(QFileInfo(path).absolutePath());
+    if (access == Access::ReadWrite)
+        QDir().mkpath(QFileInfo(path).absolutePath());
     m_settings = std::make_unique<QSettings>(path, jsonFormat());
 }
 
@@ -162,6 +163,8 @@ std::optional<QString> DefaultsStore::stringValue(const QString& key) const
 
 void DefaultsStore::write(const QString& key, const QVariant& value)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     m_settings->setValue(key, value);
 }
 
@@ -195,6 +198,8 @@ void DefaultsStore::setOptionalString(const QString& key, const std::optional<QS
 
 void DefaultsStore::remove(const QString& key)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     m_settings->remove(key);
 }
 

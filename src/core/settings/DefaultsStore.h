@@ -24,9 +24,16 @@ public:
         String
     };
 
+    /// Whether the store may write: a reader creates no folder.
+    enum class Access
+    {
+        ReadWrite,
+        ReadOnly
+    };
+
     /// Opens the defaults at `filePath`, or at the user's config folder
     /// ($XDG_CONFIG_HOME/Tessaline/defaults.json) when the path is empty.
-    explicit DefaultsStore(const QString& filePath = {});
+    explicit DefaultsStore(const QString& filePath = {}, Access access = Access::ReadWrite);
     ~DefaultsStore();
     DefaultsStore(const DefaultsStore&) = delete;
     DefaultsStore& operator=(const DefaultsStore&) = delete;
@@ -44,6 +51,7 @@ public:
     std::optional<double> doubleValue(const QString& key) const;
     std::optional<QString> stringValue(const QString& key) const;
 
+    /// A ReadOnly store ignores the setters and removals.
     void setBool(const QString& key, bool value);
     void setInteger(const QString& key, qint64 value);
     void setDouble(const QString& key, double value);
@@ -60,6 +68,7 @@ private:
     void write(const QString& key, const QVariant& value);
 
     std::unique_ptr<QSettings> m_settings;
+    Access m_access;
 };
 
 } // namespace Tessaline

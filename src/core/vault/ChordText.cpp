@@ -128,7 +128,27 @@ bool holdsSymbols(const QString& chord)
 
 QString display(const QString& chord, KeyNameStyle style)
 {
-    return style == KeyNameStyle::Words ? toWords(chord) : chord;
+    return style == KeyNameStyle::Words ? toWords(chord) : toSymbols(chord);
+}
+
+QString toSymbols(const QString& chord)
+{
+    const QChar super = kModifiers.back().symbol;
+    if (!chord.contains(super))
+        return chord;
+    QString drawn;
+    drawn.reserve(chord.size() + 8);
+    for (qsizetype at = 0; at < chord.size(); ++at) {
+        const QChar c = chord.at(at);
+        if (c != super) {
+            drawn.append(c);
+            continue;
+        }
+        drawn.append(kModifiers.back().word);
+        if (at + 1 < chord.size() && chord.at(at + 1) != QLatin1Char(' '))
+            drawn.append(QLatin1Char(' '));
+    }
+    return drawn;
 }
 
 QString toWords(const QString& chord)

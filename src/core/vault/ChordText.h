@@ -20,8 +20,13 @@ enum class KeyNameStyle
 /// key words in search queries.
 namespace ChordText {
 
-/// `chord` as it is drawn in `style`: unchanged for Symbols, in words for Words.
+/// `chord` as it is drawn in `style`: in words for Words; for Symbols the stored form with
+/// the Super key written "Super", since no key on a Linux keyboard carries the ⌘ symbol
+/// ("⌃ ⌘ Q" -> "⌃ Super Q").
 QString display(const QString& chord, KeyNameStyle style);
+
+/// The stored chord with each ⌘ written "Super", spaced from the key that follows it.
+QString toSymbols(const QString& chord);
 
 /// The stored chord in words: ⌃ Ctrl, ⌥ Alt, ⇧ Shift, ⌘ Super, the arrows Left, Right, Up and
 /// Down, parts joined with "+" ("⌃ ⇧ S" -> "Ctrl+Shift+S"); a sequence keeps its ", "

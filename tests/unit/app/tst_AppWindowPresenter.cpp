@@ -35,6 +35,7 @@ class TestAppWindowPresenter : public QObject
     Testing::ManualScheduler m_scheduler;
     std::unique_ptr<VaultStore> m_store;
     std::unique_ptr<HotkeyManager> m_hotkeys;
+    std::unique_ptr<KeyNamePreference> m_keyNames;
     Testing::FakeAccessibilityTrust m_trust;
     std::unique_ptr<SettingsModel> m_settings;
     std::unique_ptr<QQmlEngine> m_engine;
@@ -67,7 +68,9 @@ private Q_SLOTS:
         m_defaults = std::make_unique<DefaultsStore>(m_dir->filePath(QStringLiteral("d.json")));
         m_store = std::make_unique<VaultStore>(AppTestSupport::writeVault(*m_dir, VaultData{}));
         m_hotkeys = std::make_unique<HotkeyManager>(*m_defaults, m_scheduler, [] {});
-        m_settings = std::make_unique<SettingsModel>(*m_store, m_hotkeys.get(), m_trust);
+        m_keyNames = std::make_unique<KeyNamePreference>(*m_defaults);
+        m_settings =
+            std::make_unique<SettingsModel>(*m_store, m_hotkeys.get(), *m_keyNames, m_trust);
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
         m_presenter = std::make_unique<AppWindowPresenter>(*m_engine, *m_defaults);
@@ -78,6 +81,7 @@ private Q_SLOTS:
         m_presenter.reset();
         m_engine.reset();
         m_settings.reset();
+        m_keyNames.reset();
         m_hotkeys.reset();
         m_store.reset();
         m_defaults.reset();

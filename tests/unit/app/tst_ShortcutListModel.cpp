@@ -110,6 +110,35 @@ private slots:
                  u"From the clipboard"_qs);
     }
 
+    void chordTextFollowsTheKeyNameStyleInPlace()
+    {
+        ShortcutListModel model;
+        QAbstractItemModelTester tester(&model);
+        model.reset({entry(u"Global"_qs, u"Save as"_qs, u"⌃ ⇧ S"_qs),
+                     entry(u"Global"_qs, u"Lock"_qs, u"⌘ L"_qs)},
+                    QString());
+        // Words by default; the stored chord stays what gets copied.
+        QCOMPARE(model.index(0, 0).data(ShortcutListModel::ChordTextRole).toString(),
+                 u"Ctrl+Shift+S"_qs);
+        QCOMPARE(model.index(0, 0).data(ShortcutListModel::ChordRole).toString(), u"⌃ ⇧ S"_qs);
+
+        Signals heard(model);
+        model.setKeyNameStyle(KeyNameStyle::Symbols);
+        QCOMPARE(heard.resets.count(), 0);
+        QCOMPARE(heard.changes.count(), 1);
+        QCOMPARE(heard.changes.at(0).at(0).toModelIndex().row(), 0);
+        QCOMPARE(heard.changes.at(0).at(1).toModelIndex().row(), 1);
+        QCOMPARE(heard.changes.at(0).at(2).value<QList<int>>(),
+                 QList<int>{ShortcutListModel::ChordTextRole});
+        QCOMPARE(model.index(0, 0).data(ShortcutListModel::ChordTextRole).toString(), u"⌃ ⇧ S"_qs);
+        QCOMPARE(model.index(1, 0).data(ShortcutListModel::ChordTextRole).toString(),
+                 u"Super L"_qs);
+
+        model.setKeyNameStyle(KeyNameStyle::Symbols);
+        QCOMPARE(heard.changes.count(), 1);
+        QVERIFY(model.roleNames().value(ShortcutListModel::ChordTextRole) == "chordText");
+    }
+
     void aNewQueryResets()
     {
         ShortcutListModel model;

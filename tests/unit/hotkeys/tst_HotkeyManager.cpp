@@ -13,6 +13,7 @@
 
 using Tessaline::DefaultsStore;
 using Tessaline::HotkeyManager;
+using Tessaline::KeyNameStyle;
 using Tessaline::Testing::FakeHotKeyService;
 using Tessaline::Testing::ManualScheduler;
 
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void publishedChanges();
     void displayText_data();
     void displayText();
+    void displayTextInAKeyNameStyle();
     void displayKeyTable_data();
     void displayKeyTable();
     void displayModifiers_data();
@@ -309,6 +311,34 @@ void TestHotkeyManager::displayText()
     manager.setKeyCode(keyCode);
     manager.setCarbonModifiers(modifiers);
     QCOMPARE(manager.displayText(), text);
+}
+
+void TestHotkeyManager::displayTextInAKeyNameStyle()
+{
+    m_defaults->setBool(QStringLiteral("Hotkey.enabled"), true);
+    HotkeyManager manager(*m_defaults, m_scheduler, [] {});
+    manager.setRegistrationMessage(HotkeyManager::setMessagePrefix() + manager.displayText() +
+                                   QLatin1Char('.'));
+    QSignalSpy text(&manager, &HotkeyManager::displayTextChanged);
+
+    manager.setKeyNameStyle(KeyNameStyle::Words);
+    QCOMPARE(manager.displayText(), QStringLiteral("Ctrl+Alt+Super+K"));
+    QCOMPARE(text.count(), 1);
+    QCOMPARE(manager.registrationMessage(), QStringLiteral("HUD hotkey set to Ctrl+Alt+Super+K."));
+
+    manager.setKeyNameStyle(KeyNameStyle::Symbols);
+    QCOMPARE(manager.displayText(), QStringLiteral("⌃⌥Super K"));
+    QCOMPARE(manager.registrationMessage(), QStringLiteral("HUD hotkey set to ⌃⌥Super K."));
+
+    // Other messages are not about the combination and stay as they are.
+    manager.setRegistrationMessage(QStringLiteral("x"));
+    manager.setKeyNameStyle(std::nullopt);
+    QCOMPARE(manager.displayText(), QStringLiteral("⌃⌥⌘K"));
+    QCOMPARE(manager.registrationMessage(), QStringLiteral("x"));
+    QCOMPARE(text.count(), 3);
+
+    // The stored combination is not touched by drawing.
+    QCOMPARE(m_defaults->contains(QStringLiteral("Hotkey.keyCode")), false);
 }
 
 void TestHotkeyManager::displayKeyTable_data()

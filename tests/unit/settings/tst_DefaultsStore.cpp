@@ -2,6 +2,7 @@
 #include "settings/DefaultsStore.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -18,6 +19,7 @@ private slots:
     void optionalStringRemovesTheKeyWhenAbsent();
     void defaultPathIsUnderTheUsersConfigFolder();
     void damagedFileReadsAsEmpty();
+    void readerCreatesNothingAndWritesNothing();
 
 private:
     QTemporaryDir m_dir;
@@ -45,6 +47,32 @@ void TestDefaultsStore::valuesReadBackWithTheirTypes()
              std::optional<double>(3.0));
     QCOMPARE(reopened.stringValue(QStringLiteral("FrontmostAppTracker.lastAppName")),
              std::optional<QString>(QStringLiteral("Files")));
+}
+
+void TestDefaultsStore::readerCreatesNothingAndWritesNothing()
+{
+    const QString missing = path("absent/defaults.json");
+    {
+        DefaultsStore reader(missing, DefaultsStore::Access::ReadOnly);
+        QVERIFY(!reader.contains(QStringLiteral("Hotkey.enabled")));
+        reader.setBool(QStringLiteral("Hotkey.enabled"), true);
+    }
+    QVERIFY(!QFileInfo::exists(path("absent")));
+
+    const QString file = path("kept.json");
+    {
+        DefaultsStore writer(file);
+        writer.setString(QStringLiteral("KeyNames.style"), QStringLiteral("symbols"));
+    }
+    {
+        DefaultsStore reader(file, DefaultsStore::Access::ReadOnly);
+        QCOMPARE(reader.stringValue(QStringLiteral("KeyNames.style")),
+                 std::optional<QString>(QStringLiteral("symbols")));
+        reader.setString(QStringLiteral("KeyNames.style"), QStringLiteral("words"));
+        reader.remove(QStringLiteral("KeyNames.style"));
+    }
+    QCOMPARE(DefaultsStore(file).stringValue(QStringLiteral("KeyNames.style")),
+             std::optional<QString>(QStringLiteral("symbols")));
 }
 
 void TestDefaultsStore::wrongTypeIsToldApartFromMissing()

@@ -38,7 +38,27 @@ private slots:
         QFETCH(QString, words);
         QCOMPARE(ChordText::toWords(chord), words);
         QCOMPARE(ChordText::display(chord, KeyNameStyle::Words), words);
-        QCOMPARE(ChordText::display(chord, KeyNameStyle::Symbols), chord);
+        QCOMPARE(ChordText::display(chord, KeyNameStyle::Symbols), ChordText::toSymbols(chord));
+    }
+
+    void toSymbols_data()
+    {
+        QTest::addColumn<QString>("chord");
+        QTest::addColumn<QString>("symbols");
+        QTest::addRow("no super stays") << u"⌃ ⇧ S"_qs << u"⌃ ⇧ S"_qs;
+        QTest::addRow("super spaced") << u"⌃ ⌘ Q"_qs << u"⌃ Super Q"_qs;
+        QTest::addRow("super unspaced") << u"⌃⌥⌘K"_qs << u"⌃⌥Super K"_qs;
+        QTest::addRow("super alone") << u"⌘"_qs << u"Super"_qs;
+        QTest::addRow("sequence") << u"⌘ K, ⌘ C"_qs << u"Super K, Super C"_qs;
+        QTest::addRow("words stay") << u"Super+Space"_qs << u"Super+Space"_qs;
+        QTest::addRow("empty") << QString() << QString();
+    }
+    void toSymbols()
+    {
+        QFETCH(QString, chord);
+        QFETCH(QString, symbols);
+        QCOMPARE(ChordText::toSymbols(chord), symbols);
+        QCOMPARE(ChordText::display(chord, KeyNameStyle::Symbols), symbols);
     }
 
     void symbolQuery_data()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "VaultTestSupport.h"
 
+#include "settings/DefaultsStore.h"
+#include "settings/KeyNamePreference.h"
 #include "vault/VaultOrder.h"
 
 #include <QJsonArray>
@@ -44,6 +46,7 @@ private slots:
     void exportWritesTheVault();
     void favoriteTogglesAndIsWritten();
     void sectionsWithAQueryShowScores();
+    void textFollowsTheKeyNamesSetting();
     void rowsGroupByApp();
     void helpExplainsEveryCommand();
     void usageErrors_data();
@@ -65,6 +68,8 @@ private:
         environment.insert(QStringLiteral("HOME"), m_dir->path());
         environment.insert(QStringLiteral("XDG_DATA_HOME"),
                            m_dir->filePath(QStringLiteral("data")));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                           m_dir->filePath(QStringLiteral("config")));
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_dir->path());
         process.start(QStringLiteral(TESSALINE_VAULT_CLI), arguments);
@@ -96,7 +101,9 @@ void TestVaultCli::freshHomeGetsTheBundledSeed()
     QVERIFY2(result.err.isEmpty(), qPrintable(result.err));
     QCOMPARE(readFile(m_vault), VaultCodec::encode(bundledSeed()));
     QVERIFY(result.out.startsWith(QStringLiteral("Global desktop essentials\n")));
-    QVERIFY(result.out.contains(QStringLiteral("  ⌃ C\tCopy\tediting\n")));
+    // Chords are written in words unless the user chose symbols.
+    QVERIFY2(result.out.contains(QStringLiteral("  Ctrl+C\tCopy\tediting\n")),
+             qPrintable(result.out));
 }
 
 void TestVaultCli::pathCreatesNothing()
@@ -188,7 +195,7 @@ void TestVaultCli::favoriteTogglesAndIsWritten()
                                 QStringLiteral("org.kde.kate")};
     Run result = run(arguments);
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, QStringLiteral("Save (⌃ S) is now a favorite\n"));
+    QCOMPARE(result.out, QStringLiteral("Save (Ctrl+S) is now a favorite\n"));
     const auto kateSave = [this] {
         const VaultData data = *VaultCodec::decode(readFile(m_vault));
         for (const AppShortcutPack& pack : data.apps) {
@@ -210,6 +217,13 @@ void TestVaultCli::favoriteTogglesAndIsWritten()
                  .toBool(true),
              false);
     QCOMPARE(kateSave(), std::optional<bool>(false));
+
+    // The chord may be typed in words, as the text output writes it.
+    result = run({QStringLiteral("favorite"), QStringLiteral("Save"), QStringLiteral("Ctrl+S"),
+                  QStringLiteral("--bundle-id"), QStringLiteral("org.kde.kate")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QStringLiteral("Save (Ctrl+S) is now a favorite\n"));
+    QCOMPARE(kateSave(), std::optional<bool>(true));
 
     const QByteArray before = readFile(m_vault);
     result = run({QStringLiteral("favorite"), QStringLiteral("Save"), QStringLiteral("⌃ Q")});
@@ -237,8 +251,31 @@ void TestVaultCli::sectionsWithAQueryShowScores()
 
     const Run text = run({QStringLiteral("sections"), QStringLiteral("--app"),
                           QStringLiteral("kate"), QStringLiteral("save")});
+    QVERIFY2(text.out.contains(QStringLiteral("  Ctrl+S\tSave\tfile\tscore 39\n")),
+             qPrintable(text.out));
+    // JSON keeps the chord as the vault stores it.
+    QCOMPARE(top.value(QStringLiteral("chord")).toString(), QStringLiteral("⌃ S"));
+}
+
+void TestVaultCli::textFollowsTheKeyNamesSetting()
+{
+    const QString settings = m_dir->filePath(QStringLiteral("config/Tessaline/defaults.json"));
+    DefaultsStore(settings).setString(QString::fromLatin1(KeyNamePreference::defaultsKey),
+                                      QStringLiteral("symbols"));
+    const Run text = run({QStringLiteral("sections"), QStringLiteral("--app"),
+                          QStringLiteral("kate"), QStringLiteral("save")});
+    QCOMPARE(text.exitCode, 0);
     QVERIFY2(text.out.contains(QStringLiteral("  ⌃ S\tSave\tfile\tscore 39\n")),
              qPrintable(text.out));
+    QVERIFY2(text.out.contains(QStringLiteral("  ⌃ ⇧ S\tSave as\tfile\tscore 39\n")),
+             qPrintable(text.out));
+
+    // No Linux keyboard has a ⌘ key: the symbols name it Super. Reading the setting writes
+    // nothing back.
+    const QByteArray before = readFile(settings);
+    const Run rows = run({QStringLiteral("rows"), QStringLiteral("lock screen")});
+    QVERIFY2(rows.out.contains(QStringLiteral("  Super L\tLock screen\t")), qPrintable(rows.out));
+    QCOMPARE(readFile(settings), before);
 }
 
 void TestVaultCli::rowsGroupByApp()
@@ -346,7 +383,7 @@ void TestVaultCli::optionValueMayFollowAnEqualsSign()
     const Run joined =
         run({QStringLiteral("sections"), QStringLiteral("--app=kate"), QStringLiteral("save")});
     QCOMPARE(joined.exitCode, 0);
-    QVERIFY2(joined.out.contains(QStringLiteral("  ⌃ S\tSave\tfile\tscore 39\n")),
+    QVERIFY2(joined.out.contains(QStringLiteral("  Ctrl+S\tSave\tfile\tscore 39\n")),
              qPrintable(joined.out));
     QCOMPARE(joined.out, spaced.out);
 }
