@@ -24,6 +24,8 @@ struct ClassCandidate
 {
     QString id;
     QString startupWMClass;
+    /// The file name of the program the entry runs ("mousepad"); empty when unknown.
+    QString program;
     bool shown;
 };
 
@@ -58,9 +60,13 @@ struct DesktopEntries::Private
                     continue;
                 const char* wmClass =
                     g_desktop_app_info_get_startup_wm_class(G_DESKTOP_APP_INFO(info));
+                const char* executable = g_app_info_get_executable(info);
+                const QString program =
+                    executable ? QString::fromUtf8(executable).section(QLatin1Char('/'), -1)
+                               : QString();
                 list.append(ClassCandidate{withoutDesktopSuffix(id),
                                            wmClass ? QString::fromUtf8(wmClass) : QString(),
-                                           g_app_info_should_show(info) != FALSE});
+                                           program, g_app_info_should_show(info) != FALSE});
             }
             g_list_free_full(all, g_object_unref);
             // Entries shown in menus win over hidden helpers that claim the same window class.
@@ -154,6 +160,17 @@ std::optional<QString> DesktopEntries::idForWindowClass(const QString& instance,
     }
     d->classIds.insert(key, result);
     return result;
+}
+
+std::optional<QString> DesktopEntries::idForExecutable(const QString& programName) const
+{
+    if (programName.isEmpty())
+        return std::nullopt;
+    for (const ClassCandidate& candidate : d->allCandidates()) {
+        if (candidate.program == programName)
+            return candidate.id;
+    }
+    return std::nullopt;
 }
 
 } // namespace Tessaline

@@ -23,6 +23,7 @@ public:
     std::optional<DesktopEntryInfo> entry(const QString& id) const override;
     std::optional<QString> idForWindowClass(const QString& instance,
                                             const QString& windowClass) const override;
+    std::optional<QString> idForExecutable(const QString& programName) const override;
 
 private:
     struct Private;

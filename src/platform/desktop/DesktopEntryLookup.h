@@ -18,7 +18,7 @@ struct DesktopEntryInfo
     QString icon;
 };
 
-/// Finds desktop entries by id and by a window's WM_CLASS.
+/// Finds desktop entries by id, by a window's WM_CLASS and by the program they run.
 class DesktopEntryLookup
 {
 public:
@@ -29,6 +29,9 @@ public:
     /// its StartupWMClass or its own id.
     virtual std::optional<QString> idForWindowClass(const QString& instance,
                                                     const QString& windowClass) const = 0;
+    /// The id of the entry whose Exec runs the program with this file name ("mousepad" for
+    /// /usr/bin/mousepad); entries shown in menus first.
+    virtual std::optional<QString> idForExecutable(const QString& programName) const = 0;
 };
 
 } // namespace Tessaline

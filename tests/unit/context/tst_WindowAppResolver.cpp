@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "FakeDesktopEntryLookup.h"
 #include "platform/desktop/DesktopEntryLookup.h"
 #include "platform/x11/WindowAppResolver.h"
 
@@ -14,29 +15,7 @@ using Tessaline::WindowAppResolver;
 
 namespace {
 
-/// Desktop entries held in memory: ids with names, and StartupWMClass claims.
-class TableLookup final : public DesktopEntryLookup
-{
-public:
-    QHash<QString, QString> names;
-    QHash<QString, QString> startupClasses; // WM_CLASS class -> id
-
-    std::optional<DesktopEntryInfo> entry(const QString& id) const override
-    {
-        if (!names.contains(id))
-            return std::nullopt;
-        return DesktopEntryInfo{id, names.value(id), QString()};
-    }
-    std::optional<QString> idForWindowClass(const QString& instance,
-                                            const QString& windowClass) const override
-    {
-        for (const QString& name : {windowClass, instance}) {
-            if (startupClasses.contains(name))
-                return startupClasses.value(name);
-        }
-        return std::nullopt;
-    }
-};
+using TableLookup = Tessaline::Testing::FakeDesktopEntryLookup;
 
 const QString kOwnID = QStringLiteral("org.tessaline.Tessaline");
 constexpr qint64 kOwnPid = 4242;
