@@ -9,6 +9,10 @@ FloatingPanel::FloatingPanel(QQmlEngine* engine, QWindow* parent) : QQuickView(e
     setTitle(QStringLiteral("Tessaline"));
     setResizeMode(QQuickView::SizeRootObjectToView);
     setColor(Qt::transparent);
+    // The panel is not resizable; a tiling compositor also floats a window of fixed size
+    // instead of tiling it.
+    setMinimumSize(QSize(kWidth, kHeight));
+    setMaximumSize(QSize(kWidth, kHeight));
     resize(kWidth, kHeight);
 }
 

@@ -4,10 +4,10 @@
 #include "VaultCli.h"
 
 #include "platform/AlertPresenter.h"
+#include "platform/PlatformServices.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
 #include "platform/atspi/AtspiElementFactory.h"
 #include "platform/desktop/DesktopEntries.h"
-#include "platform/x11/X11Workspace.h"
 #include "scan/AppMenuScanner.h"
 
 #include <QEventLoop>
@@ -58,11 +58,12 @@ private:
 struct ScanPlatform
 {
     explicit ScanPlatform(QTextStream& err)
-        : workspace(entries), alerts(err), scanner(workspace, trust, elements, alerts)
+        : workspace(createWorkspace(entries)), alerts(err),
+          scanner(*workspace, trust, elements, alerts)
     {}
 
     DesktopEntries entries;
-    X11Workspace workspace;
+    std::unique_ptr<Workspace> workspace;
     AtspiAccessibilityTrust trust;
     AtspiElementFactory elements;
     TerminalAlertPresenter alerts;
@@ -95,10 +96,10 @@ int scan(VaultCli& cli, const VaultCli::Arguments& arguments)
             const QString bundleID = arguments.option(kBundleId);
             app = TrackedApp{bundleID, bundleID};
             const QList<RunningApplication> running =
-                static_cast<const Workspace&>(platform.workspace).runningApplications(bundleID);
+                platform.workspace->runningApplications(bundleID);
             if (!running.isEmpty() && running.first().localizedName)
                 app.name = *running.first().localizedName;
-        } else if (const auto front = platform.workspace.frontmostApplication()) {
+        } else if (const auto front = platform.workspace->frontmostApplication()) {
             app = TrackedApp{front->localizedName.value_or(QStringLiteral("Desktop")),
                              front->bundleIdentifier};
         }

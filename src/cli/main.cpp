@@ -10,8 +10,9 @@
 
 int main(int argc, char** argv)
 {
-    // Scanning looks at the desktop's windows through Qt's display connection; every other
-    // command works without a display.
+    // Scanning on X11 looks at the desktop's windows through Qt's display connection; without
+    // an X display (a Wayland session) it sees the applications on the accessibility bus.
+    // Every other command works without a display.
     std::unique_ptr<QCoreApplication> app;
     QStringList arguments;
     for (int i = 1; i < argc; ++i)

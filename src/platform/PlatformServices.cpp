@@ -5,6 +5,7 @@
 #include "LogCategories.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
 #include "platform/atspi/AtspiElementFactory.h"
+#include "platform/atspi/AtspiWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/inert/InertHotKeyService.h"
@@ -24,6 +25,8 @@
 
 #include <hotkey/HotKeysController.h>
 
+#include <QGuiApplication>
+
 namespace Tessaline {
 namespace {
 
@@ -37,12 +40,23 @@ void addX11Services(PlatformServices& services)
     services.windowHints = std::make_unique<X11WindowHints>();
 }
 
+bool isWaylandSession()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
 // A session without a backend of its own: Tessaline runs, shows its windows and reads menus,
-// but takes no keys and sees no other application.
+// but takes no keys; on Wayland the accessibility bus still tells which applications run.
 void addInertServices(PlatformServices& services)
 {
-    qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
-    services.workspace = std::make_unique<InertWorkspace>();
+    if (isWaylandSession()) {
+        qCInfo(lcX11) << "Wayland session: applications seen through the accessibility bus; "
+                         "no hot keys or key injection";
+        services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
+    } else {
+        qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
+        services.workspace = std::make_unique<InertWorkspace>();
+    }
     services.keyMonitor = std::make_unique<InertKeyMonitor>();
     services.keyInjector = std::make_unique<InertKeyInjector>();
     services.hotKeys = std::make_unique<InertHotKeyService>();
@@ -80,6 +94,13 @@ std::unique_ptr<PlatformServices> createPlatformServices()
     else
         addInertServices(*services);
     return services;
+}
+
+std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries)
+{
+    if (X11Connection::isAvailable())
+        return std::make_unique<X11Workspace>(entries);
+    return std::make_unique<AtspiWorkspace>(entries);
 }
 
 } // namespace Tessaline

@@ -51,9 +51,14 @@ struct PlatformServices
 };
 
 /// Looks at the session once and builds its services: on X11 (Qt's platform really is xcb)
-/// the X11 backend; anywhere else services that do nothing harmful (no key grabs, no injected
-/// keys, an empty workspace). Menus (AT-SPI), desktop entries and Qt's own services work in
-/// every session. Needs the QGuiApplication to exist.
+/// the X11 backend; on Wayland the accessibility bus tells which applications run and which is
+/// in front; the services a session has no backend for do nothing harmful (no key grabs, no
+/// injected keys). Menus (AT-SPI), desktop entries and Qt's own services work in every
+/// session. Needs the QGuiApplication to exist.
 std::unique_ptr<PlatformServices> createPlatformServices();
+
+/// The workspace of this session alone, for the command-line companion: X11's windows when Qt
+/// runs on xcb, else the applications of the accessibility bus. `entries` must outlive it.
+std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries);
 
 } // namespace Tessaline

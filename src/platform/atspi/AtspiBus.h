@@ -12,6 +12,7 @@
 #include <optional>
 
 class QDBusArgument;
+class QDBusMessage;
 
 namespace Tessaline {
 
@@ -60,6 +61,16 @@ std::optional<QDBusConnection> peerConnection(const QString& address);
 bool isPeerConnection(const QDBusConnection& connection);
 /// Registers the D-Bus types used by the accessibility calls.
 void registerTypes();
+
+/// True when `reply` says the call went unanswered (no reply, timed out, disconnected).
+bool isNoAnswer(const QDBusMessage& reply);
+/// Sends every call before waiting for the first answer, in batches; the replies in the order
+/// of the calls. Absent when one went unanswered. Over a peer connection the calls are sent
+/// without a destination.
+std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
+                                           const QList<QDBusMessage>& calls, int timeoutMs);
+/// The references of an accessible's GetChildren reply; none for an error.
+QList<AtspiReference> childrenOf(const QDBusMessage& reply);
 
 inline const QString kRegistry = QStringLiteral("org.a11y.atspi.Registry");
 inline const QString kRootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
