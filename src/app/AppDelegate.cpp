@@ -80,6 +80,7 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
         },
         m_platform.workspace, m_platform.clipboard, m_platform.keyInjector, m_platform.trust,
         m_platform.alerts, m_platform.scheduler);
+    m_textHelperService->setTextInserter(m_platform.textInserter);
 
     m_hotkeyManager =
         std::make_unique<HotkeyManager>(m_platform.defaults, m_platform.scheduler, [self] {

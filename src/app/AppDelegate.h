@@ -30,6 +30,7 @@ class FrontmostAppTracker;
 class HotkeyManager;
 class KeyNamePreference;
 class KeyInjector;
+class TextInserter;
 class MenuBarController;
 class Scheduler;
 class SystemKeyMonitor;
@@ -62,6 +63,9 @@ public:
         DefaultsStore& defaults;
         QQmlEngine& engine;
         const DesktopKeySettings& keySettings;
+        /// Types helper text straight into focused fields where the session can; none on X11,
+        /// where the paste chord is posted.
+        TextInserter* textInserter = nullptr;
     };
 
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);

@@ -5,6 +5,7 @@
 #include "LogCategories.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
 #include "platform/atspi/AtspiElementFactory.h"
+#include "platform/atspi/AtspiTextInserter.h"
 #include "platform/atspi/AtspiWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
@@ -16,6 +17,7 @@
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
+#include "platform/qt/WaylandClipboard.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowHints.h"
 #include "platform/x11/X11Workspace.h"
@@ -50,9 +52,10 @@ bool isWaylandSession()
 void addInertServices(PlatformServices& services)
 {
     if (isWaylandSession()) {
-        qCInfo(lcX11) << "Wayland session: applications seen through the accessibility bus; "
-                         "no hot keys or key injection";
+        qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
+                         "accessibility bus; no hot keys or key injection";
         services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
+        services.textInserter = std::make_unique<AtspiTextInserter>();
     } else {
         qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
         services.workspace = std::make_unique<InertWorkspace>();
@@ -83,7 +86,10 @@ std::unique_ptr<PlatformServices> createPlatformServices()
     services->trust = std::make_unique<AtspiAccessibilityTrust>();
     services->elements = std::make_unique<AtspiElementFactory>();
     services->alerts = std::make_unique<MessageBoxAlertPresenter>();
-    services->clipboard = std::make_unique<ClipboardAdapter>();
+    if (isWaylandSession())
+        services->clipboard = std::make_unique<WaylandClipboard>();
+    else
+        services->clipboard = std::make_unique<ClipboardAdapter>();
     services->clock = std::make_unique<SystemClock>();
     services->scheduler = std::make_unique<TimerScheduler>();
     // Desktop settings files and GSettings: the same on X11 and elsewhere.

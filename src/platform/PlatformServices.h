@@ -11,6 +11,7 @@
 #include "platform/KeyInjector.h"
 #include "platform/Scheduler.h"
 #include "platform/SystemKeyMonitor.h"
+#include "platform/TextInserter.h"
 #include "platform/WindowHints.h"
 #include "platform/Workspace.h"
 
@@ -41,6 +42,8 @@ struct PlatformServices
     std::unique_ptr<SystemKeyMonitor> keyMonitor;
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<KeyInjector> keyInjector;
+    /// Inserts text into focused fields directly; absent where keystrokes are posted instead.
+    std::unique_ptr<TextInserter> textInserter;
     std::unique_ptr<Clock> clock;
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<HotKey::HotKeyService> hotKeys;

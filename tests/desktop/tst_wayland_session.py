@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Tessaline in a Wayland session with no X server: it sees which application is in front and
 which run through the accessibility bus, shows the HUD for the application the user was in,
-and scans native Wayland applications' menus.
+types the helpers' text into the focused field without touching the clipboard, and scans
+native Wayland applications' menus.
 
 Runs inside scripts/wayland-session (headless sway, no XWayland). The two applications are
 native Wayland clients: mousepad (GTK 3) and the Qt test application. Focus moves between them
@@ -13,6 +14,8 @@ import shutil
 import subprocess
 import sys
 import tempfile
+
+import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
@@ -45,8 +48,15 @@ def hud_frames():
     app = tessaline_app()
     if app is None:
         return []
-    return [app.getChildAtIndex(i) for i in range(app.childCount)
-            if app.getChildAtIndex(i) is not None and app.getChildAtIndex(i).name == "Tessaline"]
+    frames = []
+    for i in range(app.childCount):
+        try:
+            frame = app.getChildAtIndex(i)
+            if frame is not None and frame.name == "Tessaline":
+                frames.append(frame)
+        except Exception:  # windows close while they are read
+            continue
+    return frames
 
 
 def hud_shows(app_name):
@@ -55,6 +65,41 @@ def hud_shows(app_name):
         if find_all(frame, lambda n: n.name == app_name and n.getRoleName() in ("label", "static")):
             return True
     return False
+
+
+def press(name):
+    """Invokes the action of Tessaline's button `name`, as an assistive tool does. The helper
+    buttons close the HUD, which may take the button away before it answers: invoking counts."""
+    app = tessaline_app()
+    for node in find_all(app, lambda n: n.name == name and n.getRoleName() == "push button") if app else []:
+        try:
+            action = node.queryAction()
+            if action.nActions == 0:
+                continue
+        except Exception:
+            continue
+        try:
+            action.doAction(0)
+        except Exception:  # the HUD closed before the answer came
+            pass
+        return True
+    return False
+
+
+def editor_text():
+    """The text in mousepad's editor, read through its accessible text view."""
+    desktop = pyatspi.Registry.getDesktop(0)
+    for i in range(desktop.childCount):
+        app = desktop.getChildAtIndex(i)
+        if app is None or app.name.lower() != "mousepad":
+            continue
+        for node in find_all(app, lambda n: n.getRoleName() == "text"):
+            try:
+                text = node.queryText()
+                return text.getText(0, text.characterCount)
+            except Exception:
+                continue
+    return None
 
 
 def screenshot(name):
@@ -90,8 +135,9 @@ try:
         run(VAULT, "apps", env=env).stdout) and run(VAULT, "apps", env=env).stdout, 20)
     check(bool(listed), "tessaline-vault apps lists both applications: %r" % listed)
 
-    tessaline = subprocess.Popen([TESSALINE], env=env, stdout=subprocess.DEVNULL,
-                                 stderr=subprocess.PIPE, text=True)
+    log = open(os.path.join(home, "tessaline.log"), "w")
+    tessaline = subprocess.Popen([TESSALINE], env=dict(env, QT_LOGGING_RULES="tessaline.atspi.debug=true"),
+                                 stdout=subprocess.DEVNULL, stderr=log)
     check(wait_until(bus_name_owned, 20), "Tessaline starts on Wayland and owns its bus name")
 
     for app_id, name in (("mousepad", "Mousepad"), ("scan_qt_menu_app", "scan_qt_menu_app")):
@@ -103,6 +149,26 @@ try:
             screenshot("wayland-hud-mousepad.png")
         control("ToggleHUD")
         wait_until(lambda: not hud_frames(), 5)
+
+    # The text helpers type straight into mousepad's text view and leave the clipboard alone.
+    clipboard_owner = subprocess.Popen(["wl-copy", "--foreground", "kept on the clipboard"],
+                                       env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    apps.append(clipboard_owner)
+    typed = ""
+    for title, text in (("Insert Bullet", "\u2022 "), ("Insert Checklist", "\u2610 "),
+                        ("Insert Divider", "\n" + "-" * 30 + "\n"),
+                        ("Paste Plain Text", "kept on the clipboard")):
+        focus("mousepad")
+        control("ShowHUD")
+        check(wait_until(lambda: hud_shows("Mousepad"), 10), f"the HUD opens for {title}")
+        # As a user would, act once the HUD has the keyboard focus (and with it the clipboard).
+        wait_until(lambda: any(f.getState().contains(pyatspi.STATE_ACTIVE) for f in hud_frames()), 5)
+        check(wait_until(lambda: press(title), 5), f'"{title}" has an action')
+        typed += text
+        check(wait_until(lambda: editor_text() == typed, 5),
+              f'"{title}" types its exact text into mousepad: {editor_text()!r}')
+    check(run("wl-paste", "--no-newline", env=env).stdout == "kept on the clipboard",
+          "the clipboard holds what it held before")
 
     scanned = run(VAULT, "scan", "--bundle-id", "org.xfce.mousepad", env=env, timeout=120)
     check(scanned.returncode == 0 and "shortcuts for Mousepad" in scanned.stdout,
@@ -122,6 +188,8 @@ finally:
             app.wait(5)
         except subprocess.TimeoutExpired:
             app.kill()
+    if failures:
+        print("Tessaline's log ends:\n" + "".join(open(os.path.join(home, "tessaline.log")).readlines()[-40:]))
     shutil.rmtree(home, ignore_errors=True)
 
 print(f"{len(passes)} passed, {len(failures)} failed")

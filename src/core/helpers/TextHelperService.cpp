@@ -6,6 +6,7 @@
 #include "platform/Clipboard.h"
 #include "platform/KeyInjector.h"
 #include "platform/Scheduler.h"
+#include "platform/TextInserter.h"
 #include "platform/Workspace.h"
 
 namespace Tessaline {
@@ -69,18 +70,31 @@ void TextHelperService::paste(const QString& text)
             m_workspace.activate(running.first());
     }
 
-    m_clipboard.clear();
-    m_clipboard.setText(text);
-
     // Both delays count from now; a failed keystroke is skipped silently and the clipboard is
     // still restored.
-    m_scheduler.schedule(kKeystrokeDelayMs, this, [this] { m_keyInjector.postPasteChord(); });
-    m_scheduler.schedule(kRestoreDelayMs, this, [this, saved] {
+    const auto restore = [this, saved] {
         if (!saved)
             return; // nothing to give back: the inserted text stays on the clipboard
         m_clipboard.clear();
         m_clipboard.setText(*saved);
-    });
+    };
+    if (m_textInserter) {
+        // The clipboard is touched only when the focused field takes no text directly.
+        m_scheduler.schedule(kKeystrokeDelayMs, this, [this, text, restore] {
+            if (m_textInserter && m_textInserter->insertAtCaret(text))
+                return;
+            m_clipboard.clear();
+            m_clipboard.setText(text);
+            m_keyInjector.postPasteChord();
+            m_scheduler.schedule(kRestoreDelayMs - kKeystrokeDelayMs, this, restore);
+        });
+        return;
+    }
+
+    m_clipboard.clear();
+    m_clipboard.setText(text);
+    m_scheduler.schedule(kKeystrokeDelayMs, this, [this] { m_keyInjector.postPasteChord(); });
+    m_scheduler.schedule(kRestoreDelayMs, this, restore);
 }
 
 } // namespace Tessaline

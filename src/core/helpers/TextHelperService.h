@@ -15,11 +15,14 @@ class AlertPresenter;
 class Clipboard;
 class KeyInjector;
 class Scheduler;
+class TextInserter;
 class Workspace;
 
 /// Types a snippet or the clipboard's plain text into the application the user was working in:
 /// puts the text on the clipboard, brings that application to the front, posts the paste chord
-/// 0.12 s later and puts the clipboard's previous text back 0.8 s after the call.
+/// 0.12 s later and puts the clipboard's previous text back 0.8 s after the call. Where the
+/// session can insert text directly (a TextInserter), the text goes straight into the focused
+/// field 0.12 s after the call and the clipboard is used only when that fails.
 class TextHelperService : public QObject
 {
     Q_OBJECT
@@ -50,6 +53,10 @@ public:
     /// Pastes `text` into the target application and restores the clipboard afterwards.
     void paste(const QString& text);
 
+    /// Inserts text directly into focused fields from now on; nullptr goes back to the
+    /// clipboard and the paste chord. The inserter must outlive the service.
+    void setTextInserter(TextInserter* inserter) { m_textInserter = inserter; }
+
 private:
     TargetAppProvider m_targetAppProvider;
     Workspace& m_workspace;
@@ -58,6 +65,7 @@ private:
     AccessibilityTrust& m_accessibilityTrust;
     AlertPresenter& m_alerts;
     Scheduler& m_scheduler;
+    TextInserter* m_textInserter = nullptr;
 };
 
 } // namespace Tessaline

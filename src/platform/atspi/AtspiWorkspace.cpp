@@ -3,6 +3,7 @@
 
 #include "LogCategories.h"
 #include "platform/atspi/AtspiBus.h"
+#include "platform/atspi/AtspiEventWatcher.h"
 #include "platform/desktop/DesktopEntryLookup.h"
 #include "platform/desktop/ProcessAppIdentity.h"
 
@@ -22,10 +23,6 @@ constexpr int kCallTimeoutMs = 500;
 // The "active" bit of an accessible's state set.
 constexpr quint32 kStateActive = 1u << 1;
 
-const QString kEventWindow = QStringLiteral("org.a11y.atspi.Event.Window");
-const QString kEventObject = QStringLiteral("org.a11y.atspi.Event.Object");
-const QString kRegistryPath = QStringLiteral("/org/a11y/atspi/registry");
-const QString kRegistryInterface = QStringLiteral("org.a11y.atspi.Registry");
 const QString kComponentInterface = QStringLiteral("org.a11y.atspi.Component");
 
 QDBusMessage accessibleCall(const AtspiReference& object, const QString& method)
@@ -74,46 +71,13 @@ AtspiWorkspace::AtspiWorkspace(const DesktopEntryLookup& entries, QObject* paren
         qCInfo(lcAtspi) << "no accessibility bus: no applications are seen";
         return;
     }
-    // Applications send only the events some listener asked the registry for.
-    for (const QString& event :
-         {QStringLiteral("window:activate"), QStringLiteral("object:state-changed:focused")}) {
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(AtspiBus::kRegistry, kRegistryPath, kRegistryInterface,
-                                           QStringLiteral("RegisterEvent"));
-        call << event << QStringList() << QString();
-        m_bus->asyncCall(call, kCallTimeoutMs);
-    }
-    m_bus->connect(QString(), QString(), kEventWindow, QStringLiteral("Activate"), this,
-                   SLOT(windowActivated(QDBusMessage)));
-    m_bus->connect(QString(), QString(), kEventObject, QStringLiteral("StateChanged"), this,
-                   SLOT(stateChanged(QDBusMessage)));
+    m_events = std::make_unique<AtspiEventWatcher>(*m_bus);
+    connect(m_events.get(), &AtspiEventWatcher::windowActivated, this, &AtspiWorkspace::noteActive);
+    connect(m_events.get(), &AtspiEventWatcher::focused, this,
+            [this](const AtspiReference& object) { noteActive(object.service); });
 }
 
-AtspiWorkspace::~AtspiWorkspace()
-{
-    if (!m_bus)
-        return;
-    m_bus->disconnect(QString(), QString(), kEventWindow, QStringLiteral("Activate"), this,
-                      SLOT(windowActivated(QDBusMessage)));
-    m_bus->disconnect(QString(), QString(), kEventObject, QStringLiteral("StateChanged"), this,
-                      SLOT(stateChanged(QDBusMessage)));
-}
-
-void AtspiWorkspace::windowActivated(const QDBusMessage& message)
-{
-    noteActive(message.service());
-}
-
-void AtspiWorkspace::stateChanged(const QDBusMessage& message)
-{
-    // StateChanged(state name, 1 when set, ...): only a control taking the focus says which
-    // application the user is in.
-    const QList<QVariant> arguments = message.arguments();
-    if (arguments.size() < 2 || arguments.at(0).toString() != QLatin1String("focused") ||
-        arguments.at(1).toInt() != 1)
-        return;
-    noteActive(message.service());
-}
+AtspiWorkspace::~AtspiWorkspace() = default;
 
 void AtspiWorkspace::noteActive(const QString& busName)
 {

@@ -9,10 +9,9 @@
 #include <memory>
 #include <optional>
 
-class QDBusMessage;
-
 namespace Tessaline {
 
+class AtspiEventWatcher;
 class DesktopEntryLookup;
 class ProcessAppIdentity;
 
@@ -36,11 +35,6 @@ public:
     /// Asks the application's first window to take the focus; compositors may refuse.
     bool activate(const RunningApplication& application) override;
 
-private Q_SLOTS:
-    // QtDBus delivers bus signals to named slots only.
-    void windowActivated(const QDBusMessage& message);
-    void stateChanged(const QDBusMessage& message);
-
 private:
     struct Registered
     {
@@ -58,6 +52,7 @@ private:
     const DesktopEntryLookup& m_entries;
     std::unique_ptr<ProcessAppIdentity> m_identity;
     std::optional<QDBusConnection> m_bus;
+    std::unique_ptr<AtspiEventWatcher> m_events;
     qint64 m_ownPid;
     mutable QHash<QString, std::optional<RunningApplication>> m_known;
     /// The application last seen in front.

@@ -5,6 +5,7 @@
 #include "FakeAlertPresenter.h"
 #include "FakeClipboard.h"
 #include "FakeKeyInjector.h"
+#include "FakeTextInserter.h"
 #include "FakeWorkspace.h"
 #include "ManualScheduler.h"
 
@@ -63,6 +64,8 @@ private slots:
     void failedKeystrokeStillRestores();
     void overlappingRunsSaveTheFirstRunsText();
     void nothingRunsOnceTheServiceIsGone();
+    void directInsertionLeavesTheClipboardAlone();
+    void refusedInsertionFallsBackToTheClipboard();
 
 private:
     void makeService();
@@ -409,6 +412,43 @@ void TestTextHelperService::nothingRunsOnceTheServiceIsGone()
     m_scheduler->advance(1000);
     QCOMPARE(m_keys->posts, 0);
     QCOMPARE(m_clipboard->content, u"\u2022 "_s);
+}
+
+void TestTextHelperService::directInsertionLeavesTheClipboardAlone()
+{
+    FakeTextInserter inserter;
+    m_service->setTextInserter(&inserter);
+    m_service->perform(TextHelperAction::Bullet);
+    QCOMPARE(m_workspace->activated.size(), 1);
+    m_scheduler->advance(119);
+    QVERIFY(inserter.asked.isEmpty());
+    m_scheduler->advance(1);
+    QCOMPARE(inserter.asked, QStringList{u"\u2022 "_s});
+    m_scheduler->advance(2000);
+    QCOMPARE(m_keys->posts, 0);
+    QVERIFY(m_clipboard->log.isEmpty());
+    QCOMPARE(m_clipboard->content, u"previous text"_s);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void TestTextHelperService::refusedInsertionFallsBackToTheClipboard()
+{
+    FakeTextInserter inserter;
+    inserter.accepts = false;
+    m_service->setTextInserter(&inserter);
+    m_service->perform(TextHelperAction::Bullet);
+    QVERIFY(m_clipboard->log.isEmpty());
+    m_scheduler->advance(120);
+    QCOMPARE(inserter.asked.size(), 1);
+    // The text goes on the clipboard just before the chord, which sees it.
+    QCOMPARE(m_keystrokes.size(), 1);
+    QCOMPARE(m_keystrokes.first().clipboard, u"\u2022 "_s);
+    // The restore still comes 0.8 s after the call.
+    m_scheduler->advance(679);
+    QCOMPARE(m_clipboard->content, u"\u2022 "_s);
+    m_scheduler->advance(1);
+    QCOMPARE(m_clipboard->content, u"previous text"_s);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestTextHelperService)
