@@ -64,6 +64,10 @@ public:
     /// Installs the handler that every later event is passed to.
     virtual void installEventHandler(EventHandler handler) = 0;
 
+    /// False for a session that lets no application take a key system-wide (then every
+    /// registration is refused and the user binds a command in the desktop's own settings).
+    virtual bool grabsKeys() const { return true; }
+
     /// The hot keys the desktop itself uses, one map per entry with `enabledKey`, `keyCodeKey`
     /// and `modifiersKey`; none when they cannot be read.
     virtual std::optional<QList<QVariantMap>> symbolicHotKeys() { return std::nullopt; }

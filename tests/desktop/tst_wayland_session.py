@@ -170,6 +170,15 @@ try:
     check(run("wl-paste", "--no-newline", env=env).stdout == "kept on the clipboard",
           "the clipboard holds what it held before")
 
+    # No global key can be taken here: the settings say what to bind instead.
+    control("ShowSettings")
+    hint = "This desktop lets no app take a global key: bind the command tessaline --toggle to " \
+           "a key in the desktop's keyboard settings."
+    check(wait_until(lambda: tessaline_app() is not None and find_all(
+        tessaline_app(), lambda n: n.name == hint and n.getState().contains(pyatspi.STATE_SHOWING)), 10),
+        "the settings say how to bind tessaline --toggle")
+    screenshot("wayland-settings.png")
+
     scanned = run(VAULT, "scan", "--bundle-id", "org.xfce.mousepad", env=env, timeout=120)
     check(scanned.returncode == 0 and "shortcuts for Mousepad" in scanned.stdout,
           "scanning native Wayland mousepad finds its menu shortcuts: %r" % scanned.stdout.strip())

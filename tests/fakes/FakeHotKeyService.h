@@ -15,6 +15,10 @@ namespace Tessaline::Testing {
 class FakeHotKeyService final : public HotKey::HotKeyService
 {
 public:
+    /// What grabsKeys() answers: false stands for a session without global keys.
+    bool grabs = true;
+    bool grabsKeys() const override { return grabs; }
+
     struct Call
     {
         quint32 keyCode;

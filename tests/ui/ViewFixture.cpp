@@ -169,6 +169,11 @@ bool ViewFixture::removeFile(const QString& path) const
     return QFile::remove(path);
 }
 
+void ViewFixture::setSessionGrabsKeys(bool grabs)
+{
+    m_hotKeyService->grabs = grabs;
+}
+
 bool ViewFixture::doAccessibleAction(QObject* item, const QString& action) const
 {
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(item);

@@ -63,6 +63,11 @@ public:
     Q_INVOKABLE
     bool doAccessibleAction(QObject* item, const QString& action) const;
 
+    /// Makes the session one that lets no application take a global key (as Wayland without a
+    /// global-shortcuts service is), or one that does.
+    Q_INVOKABLE
+    void setSessionGrabsKeys(bool grabs);
+
 private:
     void release();
 

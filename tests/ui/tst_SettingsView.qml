@@ -56,6 +56,22 @@ Item {
             compare(recorderText(view), "Ctrl+Super+K")
         }
 
+        function test_sessionWithoutGlobalKeysSaysWhatToBind() {
+            let view = makeView()
+            verify(!findChild(view, "hotkeyUnavailable").visible)
+            fixture.setSessionGrabsKeys(false)
+            view = makeView()
+            const hint = findChild(view, "hotkeyUnavailable")
+            verify(hint.visible)
+            compare(hint.text, "This desktop lets no app take a global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings.")
+            // The hint wraps and the next line starts below it.
+            const next = findChild(view, "recorderHint")
+            const frame = hint.parent
+            tryVerify(() => hint.lineCount > 1)
+            tryVerify(() => next.y >= frame.y + hint.height)
+            tryVerify(() => hint.height >= hint.contentHeight, 2000)
+        }
+
         function test_keyNamesChoiceRedrawsTheHotkey() {
             const view = makeView()
             record(view)

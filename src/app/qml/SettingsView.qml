@@ -80,7 +80,24 @@ ThemedSurface {
                     Accessible.onToggleAction: root.model.hotkeyManager.isEnabled = !checked
                     Accessible.onPressAction: root.model.hotkeyManager.isEnabled = !checked
                 }
+                // The wrapped text sets the height of its frame, which the card's layout follows.
+                Item {
+                    visible: hotkeyUnavailable.text.length > 0
+                    Layout.fillWidth: true
+                    implicitHeight: hotkeyUnavailable.implicitHeight
+                    Label {
+                        id: hotkeyUnavailable
+                        objectName: "hotkeyUnavailable"
+                        width: parent.width
+                        text: root.model.hotkeyManager.sessionGrabsKeys ? "" : "This desktop lets no app take a global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings."
+                        color: root.orange
+                        font.pixelSize: 12
+                        wrapMode: Text.WordWrap
+                        Accessible.name: text
+                    }
+                }
                 Label {
+                    objectName: "recorderHint"
                     Layout.fillWidth: true
                     text: "Click the recorder, then press the shortcut Jorvo wants to use."
                     font.pixelSize: 12

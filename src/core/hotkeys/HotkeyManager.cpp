@@ -6,6 +6,7 @@
 #include "settings/KeyNamePreference.h"
 
 #include <hotkey/HotKey.h>
+#include <hotkey/HotKeysController.h>
 #include <hotkey/ModifierFlags.h>
 
 #include <QPointer>
@@ -109,6 +110,12 @@ void HotkeyManager::rebind()
         });
     });
     m_hotKey = std::move(hotKey);
+}
+
+bool HotkeyManager::sessionGrabsKeys() const
+{
+    const HotKey::HotKeyService* service = HotKey::HotKeysController::service();
+    return service == nullptr || service->grabsKeys();
 }
 
 void HotkeyManager::disable()

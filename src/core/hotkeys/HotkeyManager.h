@@ -34,6 +34,7 @@ class HotkeyManager : public QObject
     Q_PROPERTY(
         bool hasRegistrationMessage READ hasRegistrationMessage NOTIFY registrationMessageChanged)
     Q_PROPERTY(QString displayText READ displayText NOTIFY displayTextChanged)
+    Q_PROPERTY(bool sessionGrabsKeys READ sessionGrabsKeys CONSTANT)
 
 public:
     static constexpr auto enabledKey = "Hotkey.enabled";
@@ -69,6 +70,10 @@ public:
     QString registrationMessageText() const { return m_registrationMessage.value_or(QString()); }
     bool hasRegistrationMessage() const { return m_registrationMessage.has_value(); }
     void setRegistrationMessage(std::optional<QString> message);
+
+    /// Whether this session lets Tessaline take a key system-wide at all (not on a Wayland
+    /// desktop without a global-shortcuts service).
+    bool sessionGrabsKeys() const;
 
     /// The registered hot key; none while disabled.
     const std::shared_ptr<HotKey::HotKey>& hotKey() const { return m_hotKey; }

@@ -19,6 +19,7 @@ public:
     }
     void unregisterHotKey(Reference) override {}
     void installEventHandler(EventHandler) override {}
+    bool grabsKeys() const override { return false; }
 };
 
 } // namespace Tessaline

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void displayText_data();
     void displayText();
     void displayTextInAKeyNameStyle();
+    void sessionWithoutGlobalKeys();
     void displayKeyTable_data();
     void displayKeyTable();
     void displayModifiers_data();
@@ -339,6 +340,18 @@ void TestHotkeyManager::displayTextInAKeyNameStyle()
 
     // The stored combination is not touched by drawing.
     QCOMPARE(m_defaults->contains(QStringLiteral("Hotkey.keyCode")), false);
+}
+
+void TestHotkeyManager::sessionWithoutGlobalKeys()
+{
+    HotkeyManager manager(*m_defaults, m_scheduler, [] {});
+    QVERIFY(manager.sessionGrabsKeys());
+    QVERIFY(manager.property("sessionGrabsKeys").toBool());
+    m_service->grabs = false;
+    QVERIFY(!manager.sessionGrabsKeys());
+    HotKey::HotKeysController::setService(nullptr);
+    // Without a service nothing says the session refuses.
+    QVERIFY(manager.sessionGrabsKeys());
 }
 
 void TestHotkeyManager::displayKeyTable_data()
