@@ -9,6 +9,7 @@
 #include "platform/atspi/AtspiWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
+#include "platform/evdev/EvdevKeyMonitor.h"
 #include "platform/inert/InertHotKeyService.h"
 #include "platform/inert/InertKeyInjector.h"
 #include "platform/inert/InertKeyMonitor.h"
@@ -56,11 +57,13 @@ void addInertServices(PlatformServices& services)
                          "accessibility bus; no hot keys or key injection";
         services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
+        services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
     } else {
         qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
         services.workspace = std::make_unique<InertWorkspace>();
     }
-    services.keyMonitor = std::make_unique<InertKeyMonitor>();
+    if (!services.keyMonitor)
+        services.keyMonitor = std::make_unique<InertKeyMonitor>();
     services.keyInjector = std::make_unique<InertKeyInjector>();
     services.hotKeys = std::make_unique<InertHotKeyService>();
     services.windowHints = std::make_unique<InertWindowHints>();
