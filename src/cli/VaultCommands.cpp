@@ -164,7 +164,14 @@ int favorite(VaultCli& cli, const VaultCli::Arguments& arguments)
     store.toggleFavorite(*stored, app);
     if (const int code = cli.finishWithStoreStatus())
         return code;
-    const ShortcutItem now = *store.storedItem(wanted.id(), app);
+    // The change was made to the newest file, where another program may have removed it.
+    const std::optional<ShortcutItem> changed = store.storedItem(wanted.id(), app);
+    if (!changed) {
+        return cli.fail(QStringLiteral("the shortcut \"%1\" with chord \"%2\" was removed from "
+                                       "the vault meanwhile; nothing was changed")
+                            .arg(wanted.name, wanted.chord));
+    }
+    const ShortcutItem now = *changed;
     if (arguments.json) {
         printJson(cli, itemJson(now));
     } else {
@@ -266,7 +273,8 @@ void addVaultCommands(VaultCli& cli)
          QStringLiteral(
              "Mark the shortcut with this exact name and chord as a favorite, or unmark it when\n"
              "it is one. It is looked up in the app's pack first, then in the global list.\n"
-             "The vault file is written."),
+             "The change is made to the newest vault file under its lock, so edits made at\n"
+             "the same time by Tessaline or other commands are kept."),
          {kApp, kBundleId},
          2,
          2,

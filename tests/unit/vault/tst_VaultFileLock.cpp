@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "LockHolderProcess.h"
 #include "VaultTestSupport.h"
 
 #include "vault/VaultFileLock.h"
 
-#include <QProcess>
 #include <QtTest>
 
 #include <chrono>
@@ -22,14 +22,7 @@ private slots:
         QVERIFY(m_dir.emplace().isValid());
         m_vault = m_dir->filePath(QStringLiteral("keybinds.json"));
     }
-    void cleanup()
-    {
-        if (m_holder) {
-            m_holder->kill();
-            m_holder->waitForFinished();
-        }
-        m_holder.reset();
-    }
+    void cleanup() { m_holder.reset(); }
 
     void lockFileSitsBesideTheVault();
     void secondWriterWaitsForTheFirst();
@@ -39,23 +32,11 @@ private slots:
     void missingFolderIsNamed();
 
 private:
-    /// Starts a process that takes the lock and keeps it; true once it says it holds it.
-    bool startHolder()
-    {
-        m_holder.emplace();
-        m_holder->start(QStringLiteral(VAULT_LOCK_HOLDER), {m_vault});
-        if (!m_holder->waitForStarted(10000))
-            return false;
-        while (!m_holder->canReadLine()) {
-            if (!m_holder->waitForReadyRead(20000))
-                return false;
-        }
-        return m_holder->readLine() == "locked\n";
-    }
+    bool startHolder() { return m_holder.emplace().start(m_vault); }
 
     std::optional<QTemporaryDir> m_dir;
     QString m_vault;
-    std::optional<QProcess> m_holder;
+    std::optional<LockHolderProcess> m_holder;
 };
 
 void TestVaultFileLock::lockFileSitsBesideTheVault()
@@ -108,14 +89,13 @@ void TestVaultFileLock::writerInAnotherProcessHoldsItOff()
     QVERIFY(!locked);
     QVERIFY2(locked.error().contains(QStringLiteral("another program")),
              qPrintable(locked.error()));
-    QVERIFY(m_holder->state() == QProcess::Running);
+    QVERIFY(m_holder->isRunning());
 }
 
 void TestVaultFileLock::lockOfAKilledWriterIsTakenOver()
 {
     QVERIFY(startHolder());
-    m_holder->kill(); // SIGKILL: the lock file stays behind
-    QVERIFY(m_holder->waitForFinished(10000));
+    QVERIFY(m_holder->killNow());
     QVERIFY(QFileInfo::exists(VaultFileLock::lockFilePathFor(m_vault)));
 
     // Its process is gone, so the next writer takes the lock over at once; the default wait is
