@@ -197,7 +197,8 @@ int importFile(VaultCli& cli, const VaultCli::Arguments& arguments)
     if (const int code = cli.finishWithStoreStatus())
         return code;
     reportDamagedCopy(cli, wasDamaged);
-    cli.out() << "Imported " << file << " into " << store.dataFilePath() << '\n';
+    cli.out() << "Imported " << file << " into " << store.dataFilePath()
+              << ", replacing the whole vault\n";
     return VaultCli::Success;
 }
 
@@ -224,7 +225,8 @@ int reset(VaultCli& cli, const VaultCli::Arguments&)
     if (const int code = cli.finishWithStoreStatus())
         return code;
     reportDamagedCopy(cli, wasDamaged);
-    cli.out() << "Reset " << store.dataFilePath() << " to the seed vault\n";
+    cli.out() << "Reset " << store.dataFilePath()
+              << " to the seed vault, replacing the whole vault\n";
     return VaultCli::Success;
 }
 
@@ -284,8 +286,9 @@ void addVaultCommands(VaultCli& cli)
         {QStringLiteral("import"),
          QStringLiteral("FILE"),
          QStringLiteral(
-             "Replace the whole vault with the vault file FILE. An invalid FILE changes nothing.\n"
-             "A vault file that could not be read is kept as keybinds.json.damaged."),
+             "Replace the whole vault with the vault file FILE: the file is replaced, not merged,\n"
+             "so edits made elsewhere meanwhile are replaced too. An invalid FILE changes\n"
+             "nothing. A vault file that could not be read is kept as keybinds.json.damaged."),
          {},
          1,
          1,
@@ -303,8 +306,8 @@ void addVaultCommands(VaultCli& cli)
         {QStringLiteral("reset"),
          QString(),
          QStringLiteral(
-             "Replace the whole vault with the bundled seed vault. A vault file that could not\n"
-             "be read is kept as keybinds.json.damaged."),
+             "Replace the whole vault with the bundled seed vault: the file is replaced, not\n"
+             "merged. A vault file that could not be read is kept as keybinds.json.damaged."),
          {},
          0,
          0,
