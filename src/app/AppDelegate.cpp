@@ -72,6 +72,8 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
         QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(*logo)));
 
     m_frontmostAppTracker->start();
+    // The command line and text editors write the same file: show their edits without a click.
+    m_store->followOutsideChanges();
 
     QPointer<AppDelegate> self(this);
     m_textHelperService = std::make_unique<TextHelperService>(

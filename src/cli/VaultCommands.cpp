@@ -172,7 +172,14 @@ int favorite(VaultCli& cli, const VaultCli::Arguments& arguments)
     store.toggleFavorite(*stored, app);
     if (const int code = cli.finishWithStoreStatus())
         return code;
-    const ShortcutItem now = *store.storedItem(wanted.id(), app);
+    // The change was made to the newest file, where another program may have removed it.
+    const std::optional<ShortcutItem> changed = store.storedItem(wanted.id(), app);
+    if (!changed) {
+        return cli.fail(QStringLiteral("the shortcut \"%1\" with chord \"%2\" was removed from "
+                                       "the vault meanwhile; nothing was changed")
+                            .arg(wanted.name, typedChord));
+    }
+    const ShortcutItem now = *changed;
     if (arguments.json) {
         printJson(cli, itemJson(now));
     } else {
@@ -198,7 +205,8 @@ int importFile(VaultCli& cli, const VaultCli::Arguments& arguments)
     if (const int code = cli.finishWithStoreStatus())
         return code;
     reportDamagedCopy(cli, wasDamaged);
-    cli.out() << "Imported " << file << " into " << store.dataFilePath() << '\n';
+    cli.out() << "Imported " << file << " into " << store.dataFilePath()
+              << ", replacing the whole vault\n";
     return VaultCli::Success;
 }
 
@@ -225,7 +233,8 @@ int reset(VaultCli& cli, const VaultCli::Arguments&)
     if (const int code = cli.finishWithStoreStatus())
         return code;
     reportDamagedCopy(cli, wasDamaged);
-    cli.out() << "Reset " << store.dataFilePath() << " to the seed vault\n";
+    cli.out() << "Reset " << store.dataFilePath()
+              << " to the seed vault, replacing the whole vault\n";
     return VaultCli::Success;
 }
 
@@ -275,7 +284,8 @@ void addVaultCommands(VaultCli& cli)
              "Mark the shortcut with this exact name and chord as a favorite, or unmark it when\n"
              "it is one. CHORD is written as the vault stores it (\"⌃ ⇧ S\") or in words\n"
              "(\"Ctrl+Shift+S\"). It is looked up in the app's pack first, then in the global\n"
-             "list. The vault file is written."),
+             "list. The change is made to the newest vault file under its lock, so edits made\n"
+             "at the same time by Tessaline or other commands are kept."),
          {kApp, kBundleId},
          2,
          2,
@@ -285,8 +295,9 @@ void addVaultCommands(VaultCli& cli)
         {QStringLiteral("import"),
          QStringLiteral("FILE"),
          QStringLiteral(
-             "Replace the whole vault with the vault file FILE. An invalid FILE changes nothing.\n"
-             "A vault file that could not be read is kept as keybinds.json.damaged."),
+             "Replace the whole vault with the vault file FILE: the file is replaced, not merged,\n"
+             "so edits made elsewhere meanwhile are replaced too. An invalid FILE changes\n"
+             "nothing. A vault file that could not be read is kept as keybinds.json.damaged."),
          {},
          1,
          1,
@@ -304,8 +315,8 @@ void addVaultCommands(VaultCli& cli)
         {QStringLiteral("reset"),
          QString(),
          QStringLiteral(
-             "Replace the whole vault with the bundled seed vault. A vault file that could not\n"
-             "be read is kept as keybinds.json.damaged."),
+             "Replace the whole vault with the bundled seed vault: the file is replaced, not\n"
+             "merged. A vault file that could not be read is kept as keybinds.json.damaged."),
          {},
          0,
          0,

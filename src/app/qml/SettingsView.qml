@@ -13,6 +13,10 @@ ThemedSurface {
     implicitWidth: 560
     implicitHeight: 520
 
+    // Import and reset write a new vault file, not a merge: say so where the button is.
+    readonly property string importHint: "Replaces the whole vault file with the JSON file you choose"
+    readonly property string resetHint: "Replaces the whole vault file with the bundled pack"
+
     Timer {
         // The permission and the autostart entry can change outside Tessaline; look again
         // while the window is open.
@@ -231,6 +235,10 @@ ThemedSurface {
                     Button {
                         text: "Import JSON"
                         Accessible.name: text
+                        Accessible.description: root.importHint
+                        ToolTip.text: root.importHint
+                        ToolTip.visible: hovered
+                        ToolTip.delay: 600
                         onClicked: root.model.importJson()
                         Accessible.onPressAction: if (enabled) clicked()
                     }
@@ -243,6 +251,10 @@ ThemedSurface {
                     Button {
                         text: "Reset to Jorvo Pack"
                         Accessible.name: text
+                        Accessible.description: root.resetHint
+                        ToolTip.text: root.resetHint
+                        ToolTip.visible: hovered
+                        ToolTip.delay: 600
                         onClicked: root.model.resetToSeed()
                         Accessible.onPressAction: if (enabled) clicked()
                     }

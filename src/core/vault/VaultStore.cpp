@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "vault/VaultStore.h"
 
+#include "LogCategories.h"
+
 #include "vault/FallbackData.h"
 #include "vault/VaultCodec.h"
+#include "vault/VaultFileLock.h"
+#include "vault/VaultFileWatcher.h"
 #include "vault/VaultOrder.h"
 
 #include <QCoreApplication>
@@ -15,6 +19,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 namespace Tessaline {
@@ -39,6 +44,30 @@ Expected<void> writeAtomically(const QString& filePath, const QByteArray& bytes)
         return Unexpected(QStringLiteral("Cannot write %1: %2").arg(nativePath(filePath), reason));
     }
     return {};
+}
+
+// The whole of `filePath`, or why it cannot be read.
+Expected<QByteArray> readBytes(const QString& filePath)
+{
+    QFile file(filePath);
+    const auto cannotRead = [&file, &filePath] {
+        return Unexpected(
+            QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString()));
+    };
+    if (!file.open(QIODevice::ReadOnly))
+        return cannotRead();
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return cannotRead();
+    return bytes;
+}
+
+std::optional<QByteArray> bytesIfReadable(const QString& filePath)
+{
+    Expected<QByteArray> read = readBytes(filePath);
+    if (!read)
+        return std::nullopt;
+    return std::move(*read);
 }
 
 // The error of a failed step, for the store's lastError; none for a success.
@@ -86,6 +115,8 @@ VaultStore::VaultStore(Configuration configuration, QObject* parent)
     : QObject(parent), m_configuration(std::move(configuration))
 {
     const Expected<void> ready = bootstrapIfNeeded();
+    if (ready)
+        m_fileBytes = bytesIfReadable(dataFilePath());
     Expected<VaultData> loaded =
         ready ? readVault(dataFilePath()) : Expected<VaultData>(Unexpected(ready.error()));
     // A file that fails to load stays as it is; it is copied aside before anything replaces it.
@@ -172,16 +203,14 @@ Expected<VaultData> VaultStore::loadSeedData() const
 
 Expected<VaultData> VaultStore::readVault(const QString& filePath) const
 {
-    QFile file(filePath);
-    const auto cannotRead = [&file, &filePath] {
-        return Unexpected(
-            QStringLiteral("Cannot read %1: %2").arg(nativePath(filePath), file.errorString()));
-    };
-    if (!file.open(QIODevice::ReadOnly))
-        return cannotRead();
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return cannotRead();
+    const Expected<QByteArray> bytes = readBytes(filePath);
+    if (!bytes)
+        return Unexpected(bytes.error());
+    return decodeVault(*bytes, filePath);
+}
+
+Expected<VaultData> VaultStore::decodeVault(const QByteArray& bytes, const QString& filePath)
+{
     Expected<VaultData> result = VaultCodec::decode(bytes);
     if (!result)
         return Unexpected(QStringLiteral("%1 is not a valid vault file: %2")
@@ -214,7 +243,19 @@ Expected<void> VaultStore::writeDataFile(const QByteArray& bytes)
     if (Expected<void> written = writeAtomically(dataFilePath(), bytes); !written)
         return written;
     m_dataFileDamaged = false;
+    m_fileBytes = bytes;
     return {};
+}
+
+Expected<void> VaultStore::replaceDataFile(const QByteArray& bytes)
+{
+    VaultFileLock lock(dataFilePath());
+    if (Expected<void> locked = lock.acquire(); !locked)
+        return locked;
+    // The file is replaced whole, but a damaged one is still copied aside first.
+    if (!m_dataFileDamaged && QFileInfo::exists(dataFilePath()))
+        m_dataFileDamaged = !readVault(dataFilePath());
+    return writeDataFile(bytes);
 }
 
 void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
@@ -224,10 +265,17 @@ void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
         return;
     }
     if (writeFirst) {
-        if (Expected<void> written = writeDataFile(VaultCodec::encode(*loaded)); !written) {
+        if (Expected<void> written = replaceDataFile(VaultCodec::encode(*loaded)); !written) {
             setLastError(written.error());
             return;
         }
+        // The replacement is what the user asked for: edits that could not be written are
+        // dropped with the rest of the old vault.
+        m_unsaved.clear();
+    } else {
+        // Edits not written yet stay visible on top of what was read.
+        for (const Change& change : std::as_const(m_unsaved))
+            change(*loaded);
     }
     setData(std::move(*loaded));
     setLastError(std::nullopt);
@@ -235,14 +283,103 @@ void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
 
 void VaultStore::reload()
 {
-    Expected<VaultData> loaded = readVault(dataFilePath());
+    const Expected<QByteArray> bytes = readBytes(dataFilePath());
+    m_fileBytes = bytes ? std::optional<QByteArray>(*bytes) : std::nullopt;
+    Expected<VaultData> loaded = bytes ? decodeVault(*bytes, dataFilePath())
+                                       : Expected<VaultData>(Unexpected(bytes.error()));
     m_dataFileDamaged = !loaded && QFileInfo::exists(dataFilePath());
     replaceData(std::move(loaded), false);
 }
 
+void VaultStore::reloadIfChangedOutside()
+{
+    if (bytesIfReadable(dataFilePath()) == m_fileBytes)
+        return;
+    qCDebug(lcVault) << "reloading" << dataFilePath() << "after an outside change";
+    reload();
+}
+
+void VaultStore::followOutsideChanges()
+{
+    if (m_watcher)
+        return;
+    m_watcher = new VaultFileWatcher(dataFilePath(), this);
+    connect(m_watcher, &VaultFileWatcher::changed, this, &VaultStore::reloadIfChangedOutside);
+}
+
 void VaultStore::persistQuietly()
 {
-    setLastError(errorOf(writeDataFile(VaultCodec::encode(m_data))));
+    // Written as an edit that changes nothing, so that a newer file is not written over.
+    apply([](VaultData&) { return true; });
+}
+
+void VaultStore::keepUnsaved(const Change& change)
+{
+    VaultData shown = m_data;
+    if (!change(shown))
+        return;
+    m_unsaved.append(change);
+    setData(std::move(shown));
+}
+
+bool VaultStore::apply(const Change& change)
+{
+    VaultFileLock lock(dataFilePath());
+    if (Expected<void> locked = lock.acquire(); !locked) {
+        keepUnsaved(change);
+        setLastError(locked.error());
+        return false;
+    }
+
+    // The newest vault is the file as it is now. Without a file it is the data shown; so it is
+    // when the file is damaged and the store has already said so: the edit then replaces the
+    // damaged file, which is copied aside first.
+    VaultData base = m_data;
+    bool readFresh = false;
+    if (QFileInfo::exists(dataFilePath())) {
+        const Expected<QByteArray> bytes = readBytes(dataFilePath());
+        Expected<VaultData> newest = bytes ? decodeVault(*bytes, dataFilePath())
+                                           : Expected<VaultData>(Unexpected(bytes.error()));
+        if (newest) {
+            base = std::move(*newest);
+            readFresh = true;
+            m_dataFileDamaged = false;
+            m_fileBytes = *bytes;
+        } else if (!m_dataFileDamaged) {
+            // Damaged since it was last read (a hand edit in progress, say): leave it alone and
+            // say so; a later edit, with the damage known, replaces it and keeps a copy.
+            m_dataFileDamaged = true;
+            m_fileBytes = bytes ? std::optional<QByteArray>(*bytes) : std::nullopt;
+            setLastError(QStringLiteral("%1; the change was not saved and the file was left "
+                                        "as it is")
+                             .arg(newest.error()));
+            return false;
+        }
+    }
+
+    VaultData changed = base;
+    bool anyChange = false;
+    for (const Change& unsaved : std::as_const(m_unsaved))
+        anyChange = unsaved(changed) || anyChange;
+    if (!change(changed) && !anyChange) {
+        // Nothing to write; what was read is still the newest vault.
+        lock.release();
+        if (readFresh && base != m_data) {
+            setData(std::move(base));
+            setLastError(std::nullopt);
+        }
+        return true;
+    }
+
+    const Expected<void> written = writeDataFile(VaultCodec::encode(changed));
+    lock.release();
+    if (written)
+        m_unsaved.clear();
+    else
+        m_unsaved.append(change);
+    setData(std::move(changed));
+    setLastError(errorOf(written));
+    return bool(written);
 }
 
 void VaultStore::resetToSeed()
@@ -262,9 +399,9 @@ void VaultStore::exportData(const QString& filePath)
 
 // ---- Queries and edits -----------------------------------------------------------------------
 
-std::array<qsizetype, 2> VaultStore::packCandidates(const TrackedApp& app) const
+std::array<qsizetype, 2> VaultStore::packCandidates(const VaultData& data, const TrackedApp& app)
 {
-    const QList<AppShortcutPack>& apps = m_data.apps;
+    const QList<AppShortcutPack>& apps = data.apps;
     std::array<qsizetype, 2> found{-1, -1};
     if (app.bundleID) {
         for (qsizetype i = 0; i < apps.size() && found[0] < 0; ++i) {
@@ -280,9 +417,9 @@ std::array<qsizetype, 2> VaultStore::packCandidates(const TrackedApp& app) const
     return found;
 }
 
-qsizetype VaultStore::packIndex(const TrackedApp& app) const
+qsizetype VaultStore::packIndex(const VaultData& data, const TrackedApp& app)
 {
-    const std::array<qsizetype, 2> candidates = packCandidates(app);
+    const std::array<qsizetype, 2> candidates = packCandidates(data, app);
     return candidates[0] >= 0 ? candidates[0] : candidates[1];
 }
 
@@ -294,8 +431,8 @@ std::optional<AppShortcutPack> VaultStore::appPack(const TrackedApp& app) const
     return m_data.apps[index];
 }
 
-std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& itemId,
-                                                               const TrackedApp& app) const
+std::optional<VaultStore::ItemLocation>
+VaultStore::locateItem(const VaultData& data, const QString& itemId, const TrackedApp& app)
 {
     const auto findIn = [&itemId](const QList<ShortcutItem>& items) -> qsizetype {
         for (qsizetype i = 0; i < items.size(); ++i) {
@@ -304,14 +441,14 @@ std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& it
         }
         return -1;
     };
-    for (const qsizetype pack : packCandidates(app)) {
+    for (const qsizetype pack : packCandidates(data, app)) {
         if (pack < 0)
             continue;
-        const qsizetype item = findIn(m_data.apps[pack].shortcuts);
+        const qsizetype item = findIn(data.apps[pack].shortcuts);
         if (item >= 0)
             return ItemLocation{pack, item};
     }
-    const qsizetype item = findIn(m_data.global);
+    const qsizetype item = findIn(data.global);
     if (item >= 0)
         return ItemLocation{-1, item};
     return std::nullopt;
@@ -320,7 +457,7 @@ std::optional<VaultStore::ItemLocation> VaultStore::locateItem(const QString& it
 std::optional<ShortcutItem> VaultStore::storedItem(const QString& itemId,
                                                    const TrackedApp& app) const
 {
-    const std::optional<ItemLocation> location = locateItem(itemId, app);
+    const std::optional<ItemLocation> location = locateItem(m_data, itemId, app);
     if (!location)
         return std::nullopt;
     if (location->pack < 0)
@@ -330,17 +467,21 @@ std::optional<ShortcutItem> VaultStore::storedItem(const QString& itemId,
 
 void VaultStore::toggleFavorite(const ShortcutItem& item, const TrackedApp& app)
 {
-    const std::optional<ItemLocation> location = locateItem(item.id(), app);
-    if (!location)
-        return;
-    // The new value follows the item as the caller saw it, not the stored copy.
+    // The new value follows the item as the caller saw it, not the stored copy, so the change
+    // sets a value and means the same on whatever copy of the vault it meets.
     const bool favorite = !item.isFavorite();
-    ShortcutItem& stored = location->pack < 0
-                               ? m_data.global[location->item]
-                               : m_data.apps[location->pack].shortcuts[location->item];
-    stored.favorite = favorite;
-    publishDataChange();
-    persistQuietly();
+    apply([itemId = item.id(), app, favorite](VaultData& data) {
+        const std::optional<ItemLocation> location = locateItem(data, itemId, app);
+        if (!location)
+            return false;
+        ShortcutItem& stored = location->pack < 0
+                                   ? data.global[location->item]
+                                   : data.apps[location->pack].shortcuts[location->item];
+        if (stored.favorite == favorite)
+            return false;
+        stored.favorite = favorite;
+        return true;
+    });
 }
 
 QList<VaultShortcutRow> VaultStore::allShortcutRows() const
@@ -372,15 +513,25 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
 {
     if (scanned.isEmpty())
         return 0;
+    // The change may be kept and run again with a later edit, so it owns what it needs.
+    const auto added = std::make_shared<qsizetype>(0);
+    apply([scanned, app, added](VaultData& data) {
+        *added = mergeInto(data, scanned, app);
+        return true;
+    });
+    return *added;
+}
 
-    qsizetype index = packIndex(app);
+qsizetype VaultStore::mergeInto(VaultData& data, const QList<ShortcutItem>& scanned,
+                                const TrackedApp& app)
+{
+    qsizetype index = packIndex(data, app);
     if (index < 0) {
-        m_data.apps.append(AppShortcutPack{app.name, app.bundleID, {}});
-        index = m_data.apps.size() - 1;
-        publishDataChange();
+        data.apps.append(AppShortcutPack{app.name, app.bundleID, {}});
+        index = data.apps.size() - 1;
     }
 
-    QList<ShortcutItem>& shortcuts = m_data.apps[index].shortcuts;
+    QList<ShortcutItem>& shortcuts = data.apps[index].shortcuts;
     QSet<QString> keys;
     keys.reserve(shortcuts.size() + scanned.size());
     for (const ShortcutItem& item : shortcuts)
@@ -395,14 +546,8 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
         shortcuts.append(item);
         ++added;
     }
-    if (added > 0)
-        publishDataChange();
-
     // Any scan re-sorts the pack, even one that added nothing.
     VaultOrder::sort(shortcuts);
-    publishDataChange();
-
-    persistQuietly();
     return added;
 }
 

@@ -16,13 +16,20 @@
 #include <QStringList>
 
 #include <array>
+#include <functional>
 #include <optional>
 
 namespace Tessaline {
 
+class VaultFileWatcher;
+
 /// Owns the one in-memory copy of the vault, keeps it in step with the data file
 /// ($XDG_DATA_HOME/Tessaline/keybinds.json) and publishes every change. Failures never
 /// escape: they end up in `lastError`, which the next successful load or write clears.
+///
+/// Other programs may write the same file (the command line, a text editor, a second copy of
+/// the application). Every edit is therefore a change applied to the newest file under the
+/// lock beside it (VaultFileLock) and written back whole, so no writer loses another's edit.
 class VaultStore : public QObject
 {
     Q_OBJECT
@@ -61,15 +68,36 @@ public:
     /// True while the data file exists but failed to load at start or at the last reload.
     bool dataFileIsDamaged() const { return m_dataFileDamaged; }
 
+    /// An edit of the vault. It is run on the newest copy of the vault and returns whether it
+    /// changed anything; it may run more than once, so running it twice must equal running it
+    /// once (set a flag to a value, add what is missing).
+    using Change = std::function<bool(VaultData&)>;
+
+    /// Applies `change` to the newest vault: under the file's lock it reads the data file,
+    /// applies the edits not yet written and `change`, writes the result atomically, unlocks
+    /// and publishes it. A data file that fails to load is not written over unless the store
+    /// already reported it (then a copy is kept at damagedCopyPath()). When the file cannot be
+    /// written the edit is kept in `data` and written with the next change that succeeds.
+    /// Returns whether the file now holds the edit.
+    bool apply(const Change& change);
+
     /// Reads the data file again; on failure `data` stays as it was.
     Q_INVOKABLE
     void reload();
-    /// Writes the current data to the data file.
+    /// Reloads as reload() does, but only when the file differs from what this store last read
+    /// or wrote: another program changed it.
+    void reloadIfChangedOutside();
+    /// Watches the data file and its folder and reloads an outside change as soon as the file
+    /// has been quiet for a moment (see VaultFileWatcher).
+    void followOutsideChanges();
+    /// Writes the vault to the data file: the newest file with the edits not written yet, or
+    /// the data shown when the file is missing or its damage was reported.
     void persistQuietly();
-    /// Replaces the data file and `data` with the seed vault.
+    /// Replaces the whole data file and `data` with the seed vault, on purpose: edits made
+    /// elsewhere since are dropped.
     Q_INVOKABLE
     void resetToSeed();
-    /// Replaces the data file and `data` with the vault in `filePath`.
+    /// Replaces the whole data file and `data` with the vault in `filePath`, on purpose.
     Q_INVOKABLE
     void importData(const QString& filePath);
     /// Writes the current data to `filePath`.
@@ -112,7 +140,12 @@ private:
     Expected<VaultData> loadSeedData() const;
     /// The vault in `filePath`, its global list in vault order.
     Expected<VaultData> readVault(const QString& filePath) const;
+    /// The vault in `bytes` read from `filePath`, its global list in vault order.
+    static Expected<VaultData> decodeVault(const QByteArray& bytes, const QString& filePath);
+    /// Writes the data file (keeping a copy of a damaged one first) and remembers what it holds.
     Expected<void> writeDataFile(const QByteArray& bytes);
+    /// Writes `bytes` as the whole data file under its lock.
+    Expected<void> replaceDataFile(const QByteArray& bytes);
     Expected<void> keepDamagedCopy();
     /// Puts a vault just read in place of `data`, with `writeFirst` only once the data file
     /// holds it. A failure leaves `data` and the file as they were and becomes lastError.
@@ -120,10 +153,17 @@ private:
 
     /// The packs that stand for `app`, in the order they are tried: the first with its bundle
     /// id, then the first with its name (case-insensitive); -1 where there is none.
-    std::array<qsizetype, 2> packCandidates(const TrackedApp& app) const;
+    static std::array<qsizetype, 2> packCandidates(const VaultData& data, const TrackedApp& app);
     /// The pack of `app`: the first of packCandidates() that exists, or -1.
-    qsizetype packIndex(const TrackedApp& app) const;
-    std::optional<ItemLocation> locateItem(const QString& itemId, const TrackedApp& app) const;
+    static qsizetype packIndex(const VaultData& data, const TrackedApp& app);
+    qsizetype packIndex(const TrackedApp& app) const { return packIndex(m_data, app); }
+    static std::optional<ItemLocation> locateItem(const VaultData& data, const QString& itemId,
+                                                  const TrackedApp& app);
+    /// The merge of `scanned` into the pack of `app` in `data`; returns how many were added.
+    static qsizetype mergeInto(VaultData& data, const QList<ShortcutItem>& scanned,
+                               const TrackedApp& app);
+    /// Keeps an edit that could not be written: shown in `data`, written with the next change.
+    void keepUnsaved(const Change& change);
 
     void setData(VaultData data);
     /// Every change of `data` goes through here: drops the prepared search forms and notifies.
@@ -141,6 +181,12 @@ private:
     QString m_filter;
     std::optional<QString> m_lastError;
     bool m_dataFileDamaged = false;
+    /// The data file's bytes as this store last read or wrote them (none: it could not be
+    /// read), to tell an outside change from the store's own write.
+    std::optional<QByteArray> m_fileBytes;
+    /// Edits shown in `data` that the file does not hold yet, because writing it failed.
+    QList<Change> m_unsaved;
+    VaultFileWatcher* m_watcher = nullptr;
     mutable QHash<qsizetype, PreparedShortcutList> m_prepared;
     mutable QHash<qsizetype, std::array<QList<qsizetype>, 3>> m_packParts;
 };

@@ -11,6 +11,8 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <unistd.h>
+
 using namespace Tessaline;
 using namespace VaultTestSupport;
 
@@ -45,6 +47,7 @@ private slots:
     void importRejectsAnInvalidFileAndAcceptsAValidOne();
     void exportWritesTheVault();
     void favoriteTogglesAndIsWritten();
+    void readOnlyFolderFailsClearlyAndLosesNothing();
     void sectionsWithAQueryShowScores();
     void textFollowsTheKeyNamesSetting();
     void rowsGroupByApp();
@@ -59,7 +62,9 @@ private slots:
     void desktopCommandsWithoutADisplayEndCleanly();
 
 private:
-    Run run(const QStringList& arguments, const QStringList& unset = {})
+    /// Runs the command; with `unprivileged`, as the user nobody when this test runs as root
+    /// (root passes every permission check, so a read-only folder would not stop it).
+    Run run(const QStringList& arguments, const QStringList& unset = {}, bool unprivileged = false)
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -72,7 +77,15 @@ private:
                            m_dir->filePath(QStringLiteral("config")));
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_dir->path());
-        process.start(QStringLiteral(TESSALINE_VAULT_CLI), arguments);
+        if (unprivileged && geteuid() == 0) {
+            process.start(
+                QStringLiteral("setpriv"),
+                QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
+                            QStringLiteral("--clear-groups"), QStringLiteral(TESSALINE_VAULT_CLI)} +
+                    arguments);
+        } else {
+            process.start(QStringLiteral(TESSALINE_VAULT_CLI), arguments);
+        }
         if (!process.waitForFinished(30000))
             return {};
         return Run{process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
@@ -148,6 +161,9 @@ void TestVaultCli::resetReplacesADamagedVaultAndKeepsACopy()
     const Run result = run({QStringLiteral("reset")});
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.err.contains(m_vault + QStringLiteral(".damaged")), qPrintable(result.err));
+    QCOMPARE(
+        result.out,
+        QStringLiteral("Reset %1 to the seed vault, replacing the whole vault\n").arg(m_vault));
     QCOMPARE(readFile(m_vault + QStringLiteral(".damaged")), damaged);
     QCOMPARE(readFile(m_vault), VaultCodec::encode(bundledSeed()));
 }
@@ -171,6 +187,8 @@ void TestVaultCli::importRejectsAnInvalidFileAndAcceptsAValidOne()
         R"({"global": [{"name": "b", "chord": "B"}, {"name": "a", "chord": "A"}], "apps": []})"));
     result = run({QStringLiteral("import"), file});
     QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out,
+             QStringLiteral("Imported %1 into %2, replacing the whole vault\n").arg(file, m_vault));
     const VaultData imported = *VaultCodec::decode(readFile(m_vault));
     QCOMPARE(names(imported.global), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
     QVERIFY(imported.apps.isEmpty());
@@ -230,6 +248,33 @@ void TestVaultCli::favoriteTogglesAndIsWritten()
     QCOMPARE(result.exitCode, 1);
     QVERIFY(result.err.contains(QStringLiteral("no shortcut named \"Save\"")));
     QCOMPARE(readFile(m_vault), before);
+}
+
+void TestVaultCli::readOnlyFolderFailsClearlyAndLosesNothing()
+{
+    QCOMPARE(run({QStringLiteral("rows")}).exitCode, 0);
+    const QByteArray before = readFile(m_vault);
+    const ShortcutItem target = bundledSeed().global.at(0);
+    const QStringList arguments{QStringLiteral("favorite"), target.name, target.chord};
+    const QString folder = QFileInfo(m_vault).absolutePath();
+    const auto readable = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup |
+                          QFile::ReadOther | QFile::ExeOther;
+    QVERIFY(QFile::setPermissions(m_dir->path(), readable | QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(QFileInfo(folder).absolutePath(), readable | QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(folder, readable));
+
+    Run result = run(arguments, {}, true);
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.err.contains(m_vault) && result.err.contains(QStringLiteral("is not writable")),
+             qPrintable(result.err));
+    QCOMPARE(readFile(m_vault), before);
+
+    QVERIFY(QFile::setPermissions(folder, readable | QFile::WriteOwner));
+    result = run(arguments);
+    QCOMPARE(result.exitCode, 0);
+    const VaultData after = *VaultCodec::decode(readFile(m_vault));
+    QCOMPARE(after.global.at(0).name, target.name);
+    QCOMPARE(after.global.at(0).isFavorite(), !target.isFavorite());
 }
 
 void TestVaultCli::sectionsWithAQueryShowScores()
