@@ -107,8 +107,10 @@ def clipboard():
 
 def set_clipboard(text):
     # xclip stays behind to serve the text; without pipes to it, the call returns at once.
+    # It takes the selection only after that, so wait until it serves the text.
     subprocess.run(["xclip", "-selection", "clipboard"], input=text, text=True,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    wait_until(lambda: clipboard() == text, 5)
 
 
 def vault_item(name):
@@ -280,7 +282,10 @@ try:
     check(wait_until(lambda: not visible_windows("^Tessaline$"), 5),
           '"Close" closes the HUD with the browser open')
 
-    run("xdotool", "windowactivate", "--sync", visible_windows("^All Tessaline Shortcuts$")[0])
+    browser_window = wait_until(lambda: visible_windows("^All Tessaline Shortcuts$"), 5)
+    check(bool(browser_window), "the browser stays open while the HUD comes and goes")
+    if browser_window:
+        run("xdotool", "windowactivate", "--sync", browser_window[0])
     set_clipboard("nothing copied")
     browser_row = wait_until(lambda: row_named("Lock screen, "), 5)
     check(browser_row is not None and do_action(browser_row, "press"),
