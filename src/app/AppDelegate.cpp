@@ -109,12 +109,15 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
 
     m_coachTipController->start();
 
-    // Clicking anywhere outside Tessaline closes the HUD.
-    m_resignObserver = connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
-                               [this](Qt::ApplicationState state) {
-                                   if (state != Qt::ApplicationActive && m_panel)
-                                       closeHUD();
-                               });
+    // Clicking anywhere outside Tessaline closes the HUD. The toolkit reports a lost focus a
+    // moment late: when the user leaves a Tessaline window and calls the HUD up at once, the
+    // news arrives after the new panel is shown. Only a panel that has had the focus closes.
+    m_resignObserver =
+        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState state) {
+                    if (state != Qt::ApplicationActive && m_panel && m_panel->hasBeenActive())
+                        closeHUD();
+                });
 
     if (launch == Launch::ByUser &&
         !m_platform.defaults.boolValue(kOnboardingCompletedKey).value_or(false))

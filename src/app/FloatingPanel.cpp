@@ -5,7 +5,11 @@ namespace Tessaline {
 
 FloatingPanel::FloatingPanel(QQmlEngine* engine, QWindow* parent) : QQuickView(engine, parent)
 {
-    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    // An ordinary top-level window, not a tool window: the window manager takes a tool window
+    // for a dialog of all of Tessaline's windows, and with the settings or browser window open
+    // it gave the focus straight back to the app the user came from, which closed the HUD
+    // before anyone could use it. The window hints keep the panel off the taskbar.
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setTitle(QStringLiteral("Tessaline"));
     setResizeMode(QQuickView::SizeRootObjectToView);
     setColor(Qt::transparent);
@@ -14,6 +18,10 @@ FloatingPanel::FloatingPanel(QQmlEngine* engine, QWindow* parent) : QQuickView(e
     setMinimumSize(QSize(kWidth, kHeight));
     setMaximumSize(QSize(kWidth, kHeight));
     resize(kWidth, kHeight);
+    connect(this, &QWindow::activeChanged, this, [this] {
+        if (isActive())
+            m_hasBeenActive = true;
+    });
 }
 
 } // namespace Tessaline

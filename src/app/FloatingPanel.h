@@ -16,6 +16,13 @@ public:
     static constexpr int kHeight = 560;
 
     FloatingPanel(QQmlEngine* engine, QWindow* parent = nullptr);
+
+    /// Whether the panel has had the keyboard focus since it was shown. Until then, news that
+    /// Tessaline lost the focus is about the windows before it.
+    bool hasBeenActive() const { return m_hasBeenActive; }
+
+private:
+    bool m_hasBeenActive = false;
 };
 
 } // namespace Tessaline

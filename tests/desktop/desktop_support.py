@@ -49,11 +49,12 @@ def stop_tessaline(app):
         app.kill()
 
 
-def tessaline_app():
+def tessaline_app(name="tessaline"):
+    """The running application called `name` on the accessibility bus (Tessaline by default)."""
     desktop = pyatspi.Registry.getDesktop(0)
     for i in range(desktop.childCount):
         app = desktop.getChildAtIndex(i)
-        if app is not None and app.name.lower() == "tessaline":
+        if app is not None and app.name.lower() == name:
             return app
     return None
 

@@ -226,6 +226,107 @@ Item {
             compare(withText(view, "QUICK HELPERS").length, 1)
         }
 
+        // What has the keyboard focus: its object name, else its accessible name.
+        function focusName(view) {
+            const item = view.Window.activeFocusItem
+            if (!item)
+                return ""
+            // A row holds the focus inside the list while it is the selection.
+            if (item.chord !== undefined)
+                return "row " + item.index
+            return item.objectName.length > 0 ? item.objectName : item.Accessible.name
+        }
+
+        function test_tabGoesFromSearchToListToButtonsAndBack() {
+            const view = makeView("Editor", "org.example.Editor")
+            const order = ["searchField", "shortcutList", "Insert Bullet", "Insert Checklist",
+                           "Insert Divider", "Paste Plain Text", "Browse every saved shortcut",
+                           "Settings", "Reload keybinds", "scanButton", "Close",
+                           "searchField"]
+            compare(focusName(view), order[0])
+            for (let i = 1; i < order.length; ++i) {
+                keyClick(Qt.Key_Tab)
+                compare(focusName(view), order[i], "Tab number " + i)
+            }
+            for (let i = order.length - 2; i >= 0; --i) {
+                keyClick(Qt.Key_Backtab)
+                compare(focusName(view), order[i], "Shift+Tab back to " + order[i])
+            }
+        }
+
+        function test_tabReachesTheCalloutsScanButtonAfterTheList() {
+            const view = makeView("Stranger", "")
+            keyClick(Qt.Key_Tab)
+            compare(focusName(view), "shortcutList")
+            keyClick(Qt.Key_Tab)
+            compare(focusName(view), "Scan Menus")
+        }
+
+        function test_focusRingsShowOnlyForTheTabbedControl() {
+            const view = makeView("Editor", "org.example.Editor")
+            const close = headerButtons(view)[4]
+            const ring = findChild(close, "focusRing")
+            const listRing = findChild(view, "listFocusRing")
+            verify(!ring.visible)
+            verify(!listRing.visible)
+            keyClick(Qt.Key_Tab)
+            verify(listRing.visible, "the list shows that it has the focus")
+            for (let i = 0; i < 9; ++i)
+                keyClick(Qt.Key_Tab)
+            compare(focusName(view), "Close")
+            verify(ring.visible, "the tabbed button shows its ring")
+            verify(!listRing.visible)
+        }
+
+        function test_clickingAButtonLeavesTheFocusInTheSearchField() {
+            const view = makeView("Editor", "org.example.Editor")
+            click(headerButtons(view)[2])
+            compare(focusName(view), "searchField")
+            click(withText(view, "Insert Bullet")[0])
+            compare(focusName(view), "searchField")
+        }
+
+        function test_theSelectedRowHasTheFocusInsideTheList() {
+            const view = makeView("Editor", "org.example.Editor")
+            keyClick(Qt.Key_Tab)
+            compare(focusName(view), "shortcutList")
+            view.navigator.selection = 0
+            compare(focusName(view), "row 0")
+            view.navigator.selection = 2
+            compare(focusName(view), "row 2")
+            view.navigator.selection = -1
+            compare(focusName(view), "shortcutList")
+        }
+
+        function test_rowsAnswerAssistiveToolsActions() {
+            const view = makeView("Editor", "org.example.Editor")
+            const list = findChild(view, "shortcutList")
+            tryVerify(function () { return list.itemAtIndex(0) !== null })
+            const row = list.itemAtIndex(0)
+            const star = findChild(row, "starButton")
+            verify(fixture.doAccessibleAction(row, "Press"), "the row offers a press action")
+            compare(fixture.copied(), [row.chord])
+            const wasFavorite = row.favorite
+            compare(star.checkable, true)
+            compare(star.checked, wasFavorite)
+            compare(star.Accessible.description, row.name)
+            const name = row.name
+            verify(fixture.doAccessibleAction(star, "Toggle"), "the star offers a toggle action")
+            // The favourite moves the row; find it again by name.
+            let toggled = null
+            tryVerify(function () {
+                for (let i = 0; i < list.count; ++i) {
+                    const item = list.itemAtIndex(i)
+                    if (item && item.name === name && item.favorite !== wasFavorite) {
+                        toggled = item
+                        return true
+                    }
+                }
+                return false
+            })
+            compare(findChild(toggled, "starButton").checked, !wasFavorite)
+        }
+
         function test_keyboardSelectionAndCopy() {
             const view = makeView("Editor", "org.example.Editor")
             const list = findChild(view, "shortcutList")

@@ -55,5 +55,15 @@ Item {
             mouseClick(button, button.width / 2, button.height / 2)
             compare(spy.count, 1)
         }
+
+        function test_tabReachesBothButtons() {
+            const view = createTemporaryObject(viewComponent, stage)
+            const start = findChild(view, "startButton")
+            start.forceActiveFocus()
+            keyClick(Qt.Key_Tab)
+            compare(view.Window.activeFocusItem.Accessible.name, "Turn On Accessibility")
+            keyClick(Qt.Key_Tab)
+            verify(start.activeFocus, "Tab comes back to \"Start using Tessaline\"")
+        }
     }
 }

@@ -146,6 +146,44 @@ Item {
             verify(startSwitch(makeView()).checked)
         }
 
+        function test_assistiveToolsStartAndEndARecording() {
+            const view = makeView()
+            const recorder = findChild(view, "hotkeyRecorder")
+            compare(recorder.Accessible.checkable, true)
+            verify(!recorder.Accessible.checked)
+            verify(fixture.doAccessibleAction(recorder, "Press"), "the recorder offers a press")
+            verify(recorder.activeFocus, "a press starts a recording")
+            verify(recorder.Accessible.checked)
+            keyClick(Qt.Key_J, Qt.AltModifier | Qt.MetaModifier)
+            compare(recorderText(view), "Alt+Super+J")
+            verify(fixture.doAccessibleAction(recorder, "Press"))
+            verify(!recorder.activeFocus, "a second press ends the recording")
+            verify(!recorder.Accessible.checked)
+            // Keys after the end are not recorded.
+            keyClick(Qt.Key_K, Qt.ControlModifier | Qt.MetaModifier)
+            compare(recorderText(view), "Alt+Super+J")
+        }
+
+        function test_tabReachesEveryControlInReadingOrder() {
+            const view = makeView()
+            const toggle = findChild(view, "hotkeyToggle")
+            toggle.forceActiveFocus()
+            const names = ["Enable custom HUD hotkey", "Hotkey recorder: Click to record",
+                           "Words (Ctrl+Shift+S)", "Symbols (⌃ ⇧ S)",
+                           "Turn On Accessibility", "Show File", "Import JSON", "Export JSON",
+                           "Reset to Jorvo Pack", "Start Tessaline at login"]
+            compare(view.Window.activeFocusItem.Accessible.name, names[0])
+            // The recorder takes every key, Tab included, while it records: leave it by a
+            // press, as an assistive tool would, and go on from the control after it.
+            keyClick(Qt.Key_Tab)
+            compare(view.Window.activeFocusItem.Accessible.name, names[1])
+            findChild(view, "hotkeyRecorder").nextItemInFocusChain(true).forceActiveFocus()
+            for (let i = 2; i < names.length; ++i) {
+                compare(view.Window.activeFocusItem.Accessible.name, names[i], names[i])
+                keyClick(Qt.Key_Tab)
+            }
+        }
+
         function test_assistiveToolsToggleTheSwitch() {
             const view = makeView()
             const toggle = startSwitch(view)

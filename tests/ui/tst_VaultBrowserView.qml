@@ -168,5 +168,19 @@ Item {
             tryVerify(function () { return findChild(view, "scanOpenAppsButton").enabled })
             compare(findChild(view, "statusLine").text, "Editor is not running anymore.")
         }
+
+        function test_tabGoesFromTheSearchToTheButtonsAndBack() {
+            const view = makeView()
+            const focusName = () => view.Window.activeFocusItem.Accessible.name
+            compare(findChild(view, "browserSearch").activeFocus, true)
+            keyClick(Qt.Key_Tab)
+            compare(focusName(), "Show JSON")
+            keyClick(Qt.Key_Tab)
+            compare(focusName(), "Scan Open Apps")
+            keyClick(Qt.Key_Tab)
+            verify(findChild(view, "browserSearch").activeFocus)
+            keyClick(Qt.Key_Backtab)
+            compare(focusName(), "Scan Open Apps")
+        }
     }
 }

@@ -246,6 +246,33 @@ private Q_SLOTS:
         check(*view, QStringLiteral("hud"));
     }
 
+    void cheatSheetWithAButtonReachedByTab_data() { themes(); }
+    void cheatSheetWithAButtonReachedByTab()
+    {
+        auto view = showCheatSheet(
+            m_fixture.cheatSheet(QStringLiteral("Editor"), QStringLiteral("org.example.Editor")));
+        QVERIFY(view);
+        // From the search field: the list, four helpers, "Browse every saved shortcut", then
+        // "Settings".
+        for (int i = 0; i < 7; ++i)
+            QTest::keyClick(view.get(), Qt::Key_Tab);
+        QQuickItem* focused = view->activeFocusItem();
+        QVERIFY(focused);
+        QCOMPARE(focused->property("help").toString(), QStringLiteral("Settings"));
+        auto* ring = focused->findChild<QQuickItem*>(QStringLiteral("focusRing"));
+        QVERIFY(ring);
+        QVERIFY(ring->isVisible());
+        // The ring stands out from the window as any control's outline must (3 : 1).
+        const QColor window = QGuiApplication::palette().color(QPalette::Window);
+        auto* pen = ring->property("border").value<QObject*>();
+        QVERIFY(pen);
+        const QColor ringColor = pen->property("color").value<QColor>();
+        QCOMPARE(ringColor, QGuiApplication::palette().color(QPalette::Highlight));
+        QVERIFY2(contrast(ringColor, window) >= 3.0,
+                 qPrintable(QString::number(contrast(ringColor, window), 'f', 2)));
+        check(*view, QStringLiteral("hud-tab-focus"));
+    }
+
     void cheatSheetForAMissingAppWithScanMessage_data() { themes(); }
     void cheatSheetForAMissingAppWithScanMessage()
     {

@@ -62,22 +62,21 @@ ThemedSurface {
         onActivated: root.close()
     }
 
+    // Tab goes from the search field to the list, then to the buttons below and above it.
+    // Tab follows the order of the items, so the header is declared after the column and only
+    // drawn in the slot the column keeps for it at the top.
     ColumnLayout {
+        id: column
         anchors.fill: parent
         anchors.margins: 1
         spacing: 0
 
-        HudHeader {
+        Item {
+            id: headerSlot
             Layout.fillWidth: true
             Layout.margins: 18
             Layout.bottomMargin: 12
-            model: root.model
-            theme: root
-            onBrowseAll: root.browseAll()
-            onSettings: root.settings()
-            onReload: root.reload()
-            onScanMenus: root.scanMenus()
-            onClose: root.close()
+            implicitHeight: header.implicitHeight
         }
         HudSearchField {
             id: search
@@ -115,5 +114,32 @@ ThemedSurface {
             theme: root
             onHelperAction: action => root.helperAction(action)
         }
+    }
+    // The list's focus ring, drawn over it so that it stays put while the rows scroll.
+    Rectangle {
+        objectName: "listFocusRing"
+        x: column.x + list.x + 2
+        y: column.y + list.y + 2
+        width: list.width - 4
+        height: list.height - 4
+        radius: 6
+        color: "transparent"
+        border.width: 2
+        border.color: palette.highlight
+        visible: list.activeFocus
+    }
+    HudHeader {
+        id: header
+        x: column.x + headerSlot.x
+        y: column.y + headerSlot.y
+        width: headerSlot.width
+        height: headerSlot.height
+        model: root.model
+        theme: root
+        onBrowseAll: root.browseAll()
+        onSettings: root.settings()
+        onReload: root.reload()
+        onScanMenus: root.scanMenus()
+        onClose: root.close()
     }
 }

@@ -2,7 +2,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 
-// A square symbol button of the HUD header; its tooltip is also its accessible name.
+// A square symbol button of the HUD header; its tooltip is also its accessible name. Tab
+// reaches it (a click leaves the focus where it was), and a ring marks it while it has the
+// keyboard focus.
 AbstractButton {
     id: button
     property string systemName
@@ -12,7 +14,7 @@ AbstractButton {
     implicitWidth: 30
     implicitHeight: 30
     hoverEnabled: true
-    focusPolicy: Qt.NoFocus
+    focusPolicy: Qt.TabFocus
     Accessible.name: help
     Accessible.role: Accessible.Button
     // Assistive tools press a button through its action, not with a click.
@@ -21,10 +23,22 @@ AbstractButton {
     ToolTip.text: help
     ToolTip.delay: 500
 
-    background: Rectangle {
-        radius: 7
-        color: palette.windowText
-        opacity: button.pressed ? 0.13 : 0.07
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            radius: 7
+            color: palette.windowText
+            opacity: button.pressed ? 0.13 : 0.07
+        }
+        Rectangle {
+            objectName: "focusRing"
+            anchors.fill: parent
+            radius: 7
+            color: "transparent"
+            border.width: 2
+            border.color: palette.highlight
+            visible: button.visualFocus
+        }
     }
     contentItem: Item {
         Symbol {

@@ -16,6 +16,19 @@ FocusScope {
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: "Hotkey recorder: " + displayText
+    // The field records while it has the focus. On the bus it is a toggle, checked while it
+    // records; an assistive tool's press starts a recording, or ends one without a capture.
+    Accessible.checkable: true
+    Accessible.checked: field.activeFocus
+    Accessible.onPressAction: field.toggleRecording()
+    Accessible.onToggleAction: field.toggleRecording()
+
+    function toggleRecording() {
+        if (field.activeFocus)
+            field.focus = false
+        else
+            field.forceActiveFocus()
+    }
 
     Rectangle {
         anchors.fill: parent

@@ -28,19 +28,22 @@ RowLayout {
             id: helperButton
             required property var modelData
             text: helperButton.modelData.title
-            focusPolicy: Qt.NoFocus
+            focusPolicy: Qt.TabFocus
             font.pixelSize: 12
             hoverEnabled: true
             leftPadding: 10
             rightPadding: 10
             topPadding: 6
             bottomPadding: 6
-            // Drawn like the HUD's header buttons: a soft tile in the text colour.
+            // Drawn like the HUD's header buttons: a soft tile in the text colour, ringed in the
+            // accent colour while Tab has put the keyboard focus on it.
             background: Rectangle {
                 radius: 7
                 color: bar.theme.tinted(bar.theme.primary,
                                         helperButton.pressed ? 0.13
                                                              : helperButton.hovered ? 0.1 : 0.07)
+                border.width: helperButton.visualFocus ? 2 : 0
+                border.color: helperButton.palette.highlight
             }
             contentItem: Label {
                 text: helperButton.text

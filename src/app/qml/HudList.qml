@@ -30,6 +30,16 @@ ListView {
     }
 
     objectName: "shortcutList"
+    // Tab stops here between the search field and the buttons; the arrow keys move the
+    // navigator's selection wherever the focus is.
+    activeFocusOnTab: true
+    Accessible.name: "Shortcuts"
+    // The list's current row is the navigator's selection, so that the focus an assistive tool
+    // follows inside the list is the row that Return copies; with no selection the list itself
+    // has it. The navigator scrolls, not the list.
+    currentIndex: list.navigator.selection
+    highlightFollowsCurrentItem: false
+    keyNavigationEnabled: false
     clip: true
     spacing: 6
     leftMargin: 16
@@ -95,6 +105,8 @@ ListView {
         id: row
         width: list.width - list.leftMargin - list.rightMargin
         isSelected: list.navigator.selection === row.index
+        // A row gives the focus back to the list when it is no longer the selection.
+        focus: row.isSelected
         onToggleFavorite: list.sheet.toggleFavorite(row.index)
         onCopyChord: list.sheet.copyChord(row.chord)
     }

@@ -54,7 +54,7 @@ Rectangle {
             text: "Scan Menus"
             icon.source: callout.theme.tintedSymbol("text.viewfinder", scanButton.palette.buttonText)
             icon.color: "transparent"
-            focusPolicy: Qt.NoFocus
+            focusPolicy: Qt.TabFocus
             Accessible.name: text
             onClicked: callout.scanMenus()
             Accessible.onPressAction: if (enabled) clicked()

@@ -34,6 +34,8 @@ Rectangle {
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + chordText
     Accessible.selected: isSelected
+    // An assistive tool's press on the row copies its chord, as Return does on the selection.
+    Accessible.onPressAction: row.copyChord()
 
     RowLayout {
         id: content
@@ -52,6 +54,13 @@ Rectangle {
             hoverEnabled: true
             readonly property string help: row.favorite ? "Remove from favorites" : "Add to favorites"
             Accessible.name: help
+            // On the bus the star is a toggle of the row it stands in, checked for a favourite.
+            // A click flips `checked` before the vault answers; it is bound back to the row's
+            // favourite after each toggle.
+            Accessible.description: row.name
+            checkable: true
+            checked: row.favorite
+            Accessible.onToggleAction: if (enabled) clicked()
             ToolTip.visible: hovered
             ToolTip.text: help
             ToolTip.delay: 500
@@ -59,7 +68,10 @@ Rectangle {
                 name: row.favorite ? "star.fill" : "star"
                 tint: row.favorite ? "#f5b400" : row.secondary
             }
-            onClicked: row.toggleFavorite()
+            onClicked: {
+                row.toggleFavorite()
+                checked = Qt.binding(() => row.favorite)
+            }
             Accessible.onPressAction: if (enabled) clicked()
         }
         ColumnLayout {

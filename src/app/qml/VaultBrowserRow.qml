@@ -25,6 +25,8 @@ Rectangle {
     color: Qt.rgba(primary.r, primary.g, primary.b, 0.035)
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + chordText
+    // An assistive tool's press on the row copies its chord, like the row's copy button.
+    Accessible.onPressAction: row.copyChord()
 
     RowLayout {
         id: layout
@@ -73,6 +75,10 @@ Rectangle {
             name: "star.fill"
             tint: "#f5b400"
             side: 13
+            // The star is read out; the favourite is marked in the HUD.
+            Accessible.ignored: false
+            Accessible.role: Accessible.Graphic
+            Accessible.name: "Favorite"
         }
         Label {
             text: row.chordText
@@ -95,6 +101,7 @@ Rectangle {
             focusPolicy: Qt.NoFocus
             hoverEnabled: true
             Accessible.name: "Copy shortcut"
+            Accessible.description: row.chordText
             ToolTip.visible: hovered
             ToolTip.text: "Copy shortcut"
             ToolTip.delay: 500
