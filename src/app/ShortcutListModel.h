@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "KeyedListModel.h"
 #include "vault/ShortcutItem.h"
 
-#include <QAbstractListModel>
 #include <QList>
 
 namespace Tessaline {
 
 /// A flat list of shortcuts, each under a group title (a cheat-sheet section or a browser app),
 /// in display order, for the QML lists. The name is also offered highlighted for the query.
-class ShortcutListModel : public QAbstractListModel
+class ShortcutListModel : public KeyedListModel
 {
     Q_OBJECT
 public:
@@ -31,7 +31,7 @@ public:
         ShortcutItem item;
     };
 
-    using QAbstractListModel::QAbstractListModel;
+    using KeyedListModel::KeyedListModel;
 
     /// Replaces every row; `query` is the text whose matched characters are emphasised.
     void reset(QList<Entry> entries, const QString& query);
@@ -50,6 +50,8 @@ public:
     static QVariant shortcutData(const QString& group, const ShortcutItem& item,
                                  const QString& query, int role);
     static QHash<int, QByteArray> shortcutRoleNames();
+    /// What identifies a row of `item` under `group` across updates.
+    static QString rowKey(const QString& group, const ShortcutItem& item);
 
 private:
     QList<Entry> m_entries;
