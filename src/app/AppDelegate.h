@@ -33,6 +33,7 @@ class MenuBarController;
 class Scheduler;
 class SystemKeyMonitor;
 class TextHelperService;
+class TrayAppearance;
 class VaultStore;
 class WindowHints;
 class Workspace;
@@ -61,6 +62,7 @@ public:
         DefaultsStore& defaults;
         QQmlEngine& engine;
         const DesktopKeySettings& keySettings;
+        const TrayAppearance& trayAppearance;
     };
 
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);

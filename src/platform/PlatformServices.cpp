@@ -10,12 +10,14 @@
 #include "platform/inert/InertHotKeyService.h"
 #include "platform/inert/InertKeyInjector.h"
 #include "platform/inert/InertKeyMonitor.h"
+#include "platform/inert/InertTrayAppearance.h"
 #include "platform/inert/InertWindowHints.h"
 #include "platform/inert/InertWorkspace.h"
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/x11/X11Connection.h"
+#include "platform/x11/X11TrayAppearance.h"
 #include "platform/x11/X11WindowHints.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XInputKeyMonitor.h"
@@ -35,6 +37,7 @@ void addX11Services(PlatformServices& services)
     services.keyInjector = std::make_unique<XTestKeyInjector>();
     services.hotKeys = std::make_unique<XcbHotKeyService>();
     services.windowHints = std::make_unique<X11WindowHints>();
+    services.trayAppearance = std::make_unique<X11TrayAppearance>();
 }
 
 // A session without a backend of its own: Tessaline runs, shows its windows and reads menus,
@@ -47,6 +50,7 @@ void addInertServices(PlatformServices& services)
     services.keyInjector = std::make_unique<InertKeyInjector>();
     services.hotKeys = std::make_unique<InertHotKeyService>();
     services.windowHints = std::make_unique<InertWindowHints>();
+    services.trayAppearance = std::make_unique<InertTrayAppearance>();
 }
 
 } // namespace

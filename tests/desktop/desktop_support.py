@@ -30,6 +30,16 @@ def visible_windows(name):
     return [w for w in result.stdout.split() if w]
 
 
+def tray_icon_geometry():
+    """(x, y, width, height) of Tessaline's icon in the panel's tray, or None."""
+    for window in run("xdotool", "search", "--class", "tessaline").stdout.split():
+        geometry = run("xdotool", "getwindowgeometry", "--shell", window).stdout
+        values = dict(line.split("=") for line in geometry.split() if "=" in line)
+        if values and 8 <= int(values["WIDTH"]) <= 64 and 8 <= int(values["HEIGHT"]) <= 64:
+            return tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+    return None
+
+
 def control(method):
     """Calls a method of the running Tessaline's session-bus interface."""
     return run("gdbus", "call", "--session", "--dest", "org.tessaline.Tessaline",
