@@ -98,14 +98,16 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
                 (self.data()->*method)();
         };
     };
-    m_menuBarController = std::make_unique<MenuBarController>(MenuBarController::Actions{
-        call(&AppDelegate::toggleHUD), call(&AppDelegate::showBrowser),
-        call(&AppDelegate::scanCurrentAppMenus), call(&AppDelegate::scanOpenApps),
-        call(&AppDelegate::showSettings), call(&AppDelegate::showOnboarding),
-        [self](TextHelperAction action) {
-            if (self)
-                self->performHelper(action);
-        }});
+    m_menuBarController = std::make_unique<MenuBarController>(
+        MenuBarController::Actions{
+            call(&AppDelegate::toggleHUD), call(&AppDelegate::showBrowser),
+            call(&AppDelegate::scanCurrentAppMenus), call(&AppDelegate::scanOpenApps),
+            call(&AppDelegate::showSettings), call(&AppDelegate::showOnboarding),
+            [self](TextHelperAction action) {
+                if (self)
+                    self->performHelper(action);
+            }},
+        m_platform.trayAppearance);
 
     m_coachTipController->start();
 

@@ -35,6 +35,7 @@ class MenuBarController;
 class Scheduler;
 class SystemKeyMonitor;
 class TextHelperService;
+class TrayAppearance;
 class VaultStore;
 class WindowHints;
 class Workspace;
@@ -63,6 +64,7 @@ public:
         DefaultsStore& defaults;
         QQmlEngine& engine;
         const DesktopKeySettings& keySettings;
+        const TrayAppearance& trayAppearance;
         /// Types helper text straight into focused fields where the session can; none on X11,
         /// where the paste chord is posted.
         TextInserter* textInserter = nullptr;

@@ -5,52 +5,70 @@
 
 namespace Tessaline {
 
+QList<BrowserListModel::Row>
+BrowserListModel::rowsOf(const VaultBrowserIndex& index,
+                         const QList<VaultBrowserIndex::RowGroup>& groups)
+{
+    QList<Row> rows;
+    qsizetype total = 0;
+    for (const VaultBrowserIndex::RowGroup& group : groups)
+        total += group.rows.size();
+    rows.reserve(total);
+    for (const VaultBrowserIndex::RowGroup& group : groups) {
+        for (const qsizetype position : group.rows)
+            rows.append(Row{&index, position, group.name});
+    }
+    return rows;
+}
+
 void BrowserListModel::reset(const VaultBrowserIndex& index,
                              const QList<VaultBrowserIndex::RowGroup>& groups, const QString& query)
 {
     beginResetModel();
-    m_index = &index;
     m_query = query;
-    m_groupNames.clear();
-    m_positions.clear();
-    m_groupOfRow.clear();
-    qsizetype total = 0;
-    for (const VaultBrowserIndex::RowGroup& group : groups)
-        total += group.rows.size();
-    m_positions.reserve(total);
-    m_groupOfRow.reserve(total);
-    for (const VaultBrowserIndex::RowGroup& group : groups) {
-        const qsizetype groupIndex = m_groupNames.size();
-        m_groupNames.append(group.name);
-        m_positions.append(group.rows);
-        m_groupOfRow.insert(m_groupOfRow.size(), group.rows.size(), groupIndex);
-    }
+    m_rows = rowsOf(index, groups);
     endResetModel();
+}
+
+void BrowserListModel::update(const VaultBrowserIndex& index,
+                              const QList<VaultBrowserIndex::RowGroup>& groups,
+                              const QString& query)
+{
+    if (query != m_query) {
+        reset(index, groups, query);
+        return;
+    }
+    // A row is its group and its shortcut's identity; while the rows change, each one still
+    // reads from the index it came from, and every row ends up reading from the new one.
+    updateRows(
+        m_rows, rowsOf(index, groups),
+        [](const Row& row) {
+            return ShortcutListModel::rowKey(row.group, row.shortcutRow().shortcut);
+        },
+        [](const Row& shown, const Row& next) {
+            return shown.shortcutRow().shortcut == next.shortcutRow().shortcut;
+        });
 }
 
 void BrowserListModel::clear()
 {
     beginResetModel();
-    m_index = nullptr;
-    m_groupNames.clear();
-    m_positions.clear();
-    m_groupOfRow.clear();
+    m_rows.clear();
     endResetModel();
 }
 
 int BrowserListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_positions.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
 QVariant BrowserListModel::data(const QModelIndex& index, int role) const
 {
-    if (!m_index ||
-        !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const VaultShortcutRow& row = m_index->allRows().at(m_positions.at(index.row()));
-    return ShortcutListModel::shortcutData(m_groupNames.at(m_groupOfRow.at(index.row())),
-                                           row.shortcut, m_query, m_keyNames, role);
+    const Row& row = m_rows.at(index.row());
+    return ShortcutListModel::shortcutData(row.group, row.shortcutRow().shortcut, m_query,
+                                           m_keyNames, role);
 }
 
 void BrowserListModel::setKeyNameStyle(KeyNameStyle style)

@@ -30,7 +30,7 @@ void BrowserModel::setQuery(const QString& query)
         return;
     m_query = query;
     emit queryChanged();
-    refilter();
+    refilter(false);
 }
 
 int BrowserModel::appPackCount() const
@@ -62,25 +62,29 @@ void BrowserModel::copyChord(const QString& chord)
 
 void BrowserModel::rebuildIndex()
 {
-    // The list reads the index in place: it lets go of it before the index is replaced.
-    m_rows.clear();
-    m_index = VaultBrowserIndex(m_store ? m_store->allShortcutRows() : QList<VaultShortcutRow>());
+    // The list reads the index in place: the old index lives until the list has moved over.
+    std::unique_ptr<const VaultBrowserIndex> previous = std::move(m_index);
+    m_index = std::make_unique<const VaultBrowserIndex>(m_store ? m_store->allShortcutRows()
+                                                                : QList<VaultShortcutRow>());
     m_groupBundleIDs.clear();
-    for (const VaultShortcutRow& row : m_index.allRows()) {
+    for (const VaultShortcutRow& row : m_index->allRows()) {
         if (row.bundleID && !m_groupBundleIDs.contains(row.appName))
             m_groupBundleIDs.insert(row.appName, *row.bundleID);
     }
     emit countsChanged();
-    refilter();
+    refilter(previous != nullptr);
 }
 
-void BrowserModel::refilter()
+void BrowserModel::refilter(bool keepRows)
 {
-    const QList<VaultBrowserIndex::RowGroup> groups = m_index.groupedRowPositions(m_query);
+    const QList<VaultBrowserIndex::RowGroup> groups = m_index->groupedRowPositions(m_query);
     m_groupCounts.clear();
     for (const VaultBrowserIndex::RowGroup& group : groups)
         m_groupCounts.insert(group.name, static_cast<int>(group.rows.size()));
-    m_rows.reset(m_index, groups, m_query.trimmed());
+    if (keepRows)
+        m_rows.update(*m_index, groups, m_query.trimmed());
+    else
+        m_rows.reset(*m_index, groups, m_query.trimmed());
     emit rowsChanged();
 }
 

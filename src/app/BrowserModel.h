@@ -11,6 +11,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <memory>
 
 namespace Tessaline {
 
@@ -48,7 +49,7 @@ public:
     QAbstractItemModel* rows() { return &m_rows; }
     int rowCount() const { return m_rows.rowCount(); }
     int appPackCount() const;
-    int shortcutCount() const { return static_cast<int>(m_index.allRows().size()); }
+    int shortcutCount() const { return static_cast<int>(m_index->allRows().size()); }
     QString statusText() const;
     bool isScanning() const;
 
@@ -75,13 +76,15 @@ signals:
 
 private:
     void rebuildIndex();
-    void refilter();
+    /// Filters the index by the query: groups, counts and the list (reset or updated in place).
+    void refilter(bool keepRows);
 
     QPointer<VaultStore> m_store;
     QPointer<AppMenuScanner> m_scanner;
     std::function<void(const QString&)> m_copyText;
     QString m_query;
-    VaultBrowserIndex m_index;
+    /// Held by pointer so that the list can read the old index while it moves to a new one.
+    std::unique_ptr<const VaultBrowserIndex> m_index;
     BrowserListModel m_rows;
     QVariantMap m_groupCounts;
     QHash<QString, QString> m_groupBundleIDs;

@@ -16,16 +16,31 @@ constexpr int kSlashKey = 44;
 constexpr int kDownArrowKey = 125;
 constexpr int kUpArrowKey = 126;
 
+// The slash key by its place on the keyboard: xcb and Wayland report the xkb keycode as the
+// native scan code, and 61 is the key left of the right Shift on evdev keyboards, whatever
+// the layout prints on it and whichever modifiers are down. Without a scan code (offscreen)
+// the key's own name stands in for it.
+constexpr quint32 kSlashScanCode = 61;
+
+bool isSlashKey(const QKeyEvent& event)
+{
+    // The keypad's "/" is a key of its own, which the navigator leaves alone.
+    if (event.modifiers().testFlag(Qt::KeypadModifier))
+        return false;
+    if (event.nativeScanCode() != 0)
+        return event.nativeScanCode() == kSlashScanCode;
+    return event.key() == Qt::Key_Slash;
+}
+
 int keyCodeOf(const QKeyEvent& event)
 {
+    if (isSlashKey(event))
+        return kSlashKey;
     switch (event.key()) {
     case Qt::Key_Return:
         return kReturnKey;
     case Qt::Key_Enter:
         return kKeypadEnterKey;
-    case Qt::Key_Slash:
-        // The keypad's "/" is a key of its own, which the navigator leaves alone.
-        return event.modifiers().testFlag(Qt::KeypadModifier) ? -1 : kSlashKey;
     case Qt::Key_Down:
         return kDownArrowKey;
     case Qt::Key_Up:

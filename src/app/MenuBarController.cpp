@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "MenuBarController.h"
 
-#include "Branding.h"
 #include "SymbolImageProvider.h"
+#include "platform/TrayAppearance.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -10,20 +10,53 @@
 
 namespace Tessaline {
 
-MenuBarController::MenuBarController(Actions actions, QObject* parent)
-    : QObject(parent), m_actions(std::move(actions))
+namespace {
+
+// The bundled glyph: a keyboard in one colour, which the icon tints.
+constexpr char kTrayGlyph[] = ":/icons/org.tessaline.Tessaline-symbolic.svg";
+// The tray takes its time to embed the icon: look for its place this often, this many times.
+constexpr int kPlaceCheckMs = 250;
+constexpr int kPlaceChecks = 40;
+
+} // namespace
+
+MenuBarController::MenuBarController(Actions actions, const TrayAppearance& appearance,
+                                     QObject* parent)
+    : QObject(parent), m_actions(std::move(actions)), m_appearance(&appearance)
 {
-    // Panels may be light or dark and cannot tint the icon for us: the logo reads on both,
-    // and a mid-grey keyboard stands in when the logo is missing.
-    if (const std::optional<QImage> logo = Branding::image(64))
-        m_statusItem.setIcon(QIcon(QPixmap::fromImage(*logo)));
-    else
-        m_statusItem.setIcon(
-            SymbolImageProvider::icon(QStringLiteral("keyboard.fill"), QColor(0x88, 0x88, 0x88)));
+    updateIcon();
     m_statusItem.setToolTip(QStringLiteral("Tessaline"));
     connect(&m_statusItem, &QSystemTrayIcon::activated, this,
             &MenuBarController::statusItemClicked);
     m_statusItem.show();
+
+    // An XEmbed tray places the icon some time after it is shown; only then can the panel
+    // around it be read.
+    m_placeWatch.setInterval(kPlaceCheckMs);
+    connect(&m_placeWatch, &QTimer::timeout, this, [this] {
+        ++m_placeChecks;
+        if (!m_statusItem.geometry().isEmpty()) {
+            m_placeWatch.stop();
+            updateIcon();
+        } else if (m_placeChecks >= kPlaceChecks) {
+            m_placeWatch.stop();
+        }
+    });
+    if (!m_appearance->hostTakesIconNames())
+        m_placeWatch.start();
+}
+
+void MenuBarController::updateIcon()
+{
+    const TrayAppearance::Rgb rgb = m_appearance->glyphColor(m_statusItem.geometry());
+    const QIcon glyph = SymbolImageProvider::fileIcon(QString::fromLatin1(kTrayGlyph),
+                                                      QColor(rgb.red, rgb.green, rgb.blue));
+    // A host that takes the icon by name recolours the theme's symbolic icon for its panel;
+    // the tinted glyph stands in where the theme lacks it (a run from the build tree).
+    if (m_appearance->hostTakesIconNames())
+        m_statusItem.setIcon(QIcon::fromTheme(QString::fromLatin1(kTrayIconName), glyph));
+    else
+        m_statusItem.setIcon(glyph);
 }
 
 MenuBarController::~MenuBarController()

@@ -3,8 +3,6 @@
 
 #include "search/FuzzyMatch.h"
 
-#include <QSet>
-
 namespace Tessaline {
 
 void ShortcutListModel::reset(QList<Entry> entries, const QString& query)
@@ -15,15 +13,10 @@ void ShortcutListModel::reset(QList<Entry> entries, const QString& query)
     endResetModel();
 }
 
-namespace {
-
-// What identifies a row across updates: its group and the item's identity.
-QString rowKey(const ShortcutListModel::Entry& entry)
+QString ShortcutListModel::rowKey(const QString& group, const ShortcutItem& item)
 {
-    return entry.group + QLatin1Char('\x1f') + entry.item.id();
+    return group + QLatin1Char('\x1f') + item.id();
 }
-
-} // namespace
 
 void ShortcutListModel::update(QList<Entry> entries, const QString& query)
 {
@@ -31,63 +24,9 @@ void ShortcutListModel::update(QList<Entry> entries, const QString& query)
         reset(std::move(entries), query);
         return;
     }
-    QSet<QString> wanted;
-    wanted.reserve(entries.size());
-    for (const Entry& entry : std::as_const(entries))
-        wanted.insert(rowKey(entry));
-
-    // Rows that are gone, removed in runs from the end so that indices stay valid.
-    for (qsizetype last = m_entries.size() - 1; last >= 0;) {
-        if (wanted.contains(rowKey(m_entries.at(last)))) {
-            --last;
-            continue;
-        }
-        qsizetype first = last;
-        while (first > 0 && !wanted.contains(rowKey(m_entries.at(first - 1))))
-            --first;
-        beginRemoveRows({}, static_cast<int>(first), static_cast<int>(last));
-        m_entries.remove(first, last - first + 1);
-        endRemoveRows();
-        last = first - 1;
-    }
-
-    // Row by row: keep, move up from further down, or insert.
-    for (qsizetype row = 0; row < entries.size(); ++row) {
-        const Entry& target = entries.at(row);
-        const QString key = rowKey(target);
-        qsizetype found = -1;
-        for (qsizetype at = row; at < m_entries.size(); ++at) {
-            if (rowKey(m_entries.at(at)) == key) {
-                found = at;
-                break;
-            }
-        }
-        if (found < 0) {
-            beginInsertRows({}, static_cast<int>(row), static_cast<int>(row));
-            m_entries.insert(row, target);
-            endInsertRows();
-            continue;
-        }
-        if (found != row) {
-            beginMoveRows({}, static_cast<int>(found), static_cast<int>(found), {},
-                          static_cast<int>(row));
-            m_entries.move(found, row);
-            endMoveRows();
-        }
-        if (!(m_entries.at(row).item == target.item)) {
-            m_entries[row] = target;
-            const QModelIndex changed = index(static_cast<int>(row));
-            emit dataChanged(changed, changed);
-        }
-    }
-
-    // Rows left over (an identity listed twice before and once now).
-    if (m_entries.size() > entries.size()) {
-        beginRemoveRows({}, static_cast<int>(entries.size()),
-                        static_cast<int>(m_entries.size() - 1));
-        m_entries.resize(entries.size());
-        endRemoveRows();
-    }
+    updateRows(
+        m_entries, entries, [](const Entry& entry) { return rowKey(entry.group, entry.item); },
+        [](const Entry& shown, const Entry& next) { return shown.item == next.item; });
 }
 
 int ShortcutListModel::rowCount(const QModelIndex& parent) const

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "KeyedListModel.h"
 #include "vault/ChordText.h"
 #include "vault/ShortcutItem.h"
 
-#include <QAbstractListModel>
 #include <QList>
 
 namespace Tessaline {
@@ -13,7 +13,7 @@ namespace Tessaline {
 /// in display order, for the QML lists. The name is also offered highlighted for the query, and
 /// the chord as the user wants it drawn ("chordText") beside the stored one ("chord", which is
 /// what gets copied).
-class ShortcutListModel : public QAbstractListModel
+class ShortcutListModel : public KeyedListModel
 {
     Q_OBJECT
 public:
@@ -35,7 +35,7 @@ public:
         ShortcutItem item;
     };
 
-    using QAbstractListModel::QAbstractListModel;
+    using KeyedListModel::KeyedListModel;
 
     /// Replaces every row; `query` is the text whose matched characters are emphasised.
     void reset(QList<Entry> entries, const QString& query);
@@ -60,6 +60,8 @@ public:
     static QVariant shortcutData(const QString& group, const ShortcutItem& item,
                                  const QString& query, KeyNameStyle keyNames, int role);
     static QHash<int, QByteArray> shortcutRoleNames();
+    /// What identifies a row of `item` under `group` across updates.
+    static QString rowKey(const QString& group, const ShortcutItem& item);
 
 private:
     QList<Entry> m_entries;

@@ -53,14 +53,22 @@ QImage SymbolImageProvider::render(const QString& symbol, const QColor& color, i
     const QString themeName = themeIconName(symbol);
     if (!themeName.isEmpty() && QIcon::hasThemeIcon(themeName))
         image = QIcon::fromTheme(themeName).pixmap(side, side).toImage();
-    if (image.isNull()) {
-        const QString bundled = QStringLiteral(":/symbols/%1.svg").arg(symbol);
-        if (QFile::exists(bundled))
-            image = QIcon(bundled).pixmap(side, side).toImage();
-    }
     if (image.isNull())
-        return image;
+        return renderFile(QStringLiteral(":/symbols/%1.svg").arg(symbol), color, side);
     return tinted(image, color);
+}
+
+QImage SymbolImageProvider::renderFile(const QString& path, const QColor& color, int side)
+{
+    if (!QFile::exists(path))
+        return {};
+    const QImage image = QIcon(path).pixmap(side, side).toImage();
+    return image.isNull() ? image : tinted(image, color);
+}
+
+QIcon SymbolImageProvider::fileIcon(const QString& path, const QColor& color, int side)
+{
+    return QIcon(QPixmap::fromImage(renderFile(path, color, side)));
 }
 
 QIcon SymbolImageProvider::icon(const QString& symbol, const QColor& color, int side)

@@ -28,6 +28,10 @@ public:
     static QIcon icon(const QString& symbol, const QColor& color = Qt::black, int side = 64);
     /// Draws the symbol at `side` × `side` pixels, tinted; a null image for unknown symbols.
     static QImage render(const QString& symbol, const QColor& color, int side);
+    /// Draws the SVG file at `path` at `side` × `side` pixels, tinted; null when it is missing.
+    static QImage renderFile(const QString& path, const QColor& color, int side);
+    /// The SVG file at `path` as an icon for widgets, tinted with `color`.
+    static QIcon fileIcon(const QString& path, const QColor& color, int side = 64);
 
 private:
     ImageMemo m_drawn;

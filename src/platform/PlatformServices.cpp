@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PlatformServices.h"
-#include "platform/keysettings/CurrentDesktopKeySettings.h"
 
 #include "LogCategories.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
@@ -13,6 +12,7 @@
 #include "platform/inert/InertHotKeyService.h"
 #include "platform/inert/InertKeyInjector.h"
 #include "platform/inert/InertKeyMonitor.h"
+#include "platform/inert/InertTrayAppearance.h"
 #include "platform/inert/InertWindowHints.h"
 #include "platform/inert/InertWorkspace.h"
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
@@ -20,6 +20,7 @@
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/qt/WaylandClipboard.h"
 #include "platform/x11/X11Connection.h"
+#include "platform/x11/X11TrayAppearance.h"
 #include "platform/x11/X11WindowHints.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XInputKeyMonitor.h"
@@ -41,6 +42,7 @@ void addX11Services(PlatformServices& services)
     services.keyInjector = std::make_unique<XTestKeyInjector>();
     services.hotKeys = std::make_unique<XcbHotKeyService>();
     services.windowHints = std::make_unique<X11WindowHints>();
+    services.trayAppearance = std::make_unique<X11TrayAppearance>();
 }
 
 bool isWaylandSession()
@@ -67,6 +69,7 @@ void addInertServices(PlatformServices& services)
     services.keyInjector = std::make_unique<InertKeyInjector>();
     services.hotKeys = std::make_unique<InertHotKeyService>();
     services.windowHints = std::make_unique<InertWindowHints>();
+    services.trayAppearance = std::make_unique<InertTrayAppearance>();
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include "platform/Scheduler.h"
 #include "platform/SystemKeyMonitor.h"
 #include "platform/TextInserter.h"
+#include "platform/TrayAppearance.h"
 #include "platform/WindowHints.h"
 #include "platform/Workspace.h"
 
@@ -48,6 +49,7 @@ struct PlatformServices
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<HotKey::HotKeyService> hotKeys;
     std::unique_ptr<WindowHints> windowHints;
+    std::unique_ptr<TrayAppearance> trayAppearance;
     std::unique_ptr<AppIconLookup> appIcons;
     /// The desktop's own key bindings, which the coach tips name.
     std::unique_ptr<DesktopKeySettings> keySettings;

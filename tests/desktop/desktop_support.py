@@ -1,7 +1,11 @@
 """Helpers shared by the Python desktop tests: processes, windows, the session bus and the
 accessibility tree of a running Tessaline. Imported by tests that run inside
 scripts/desktop-session."""
+import json
+import os
 import subprocess
+import sys
+import tempfile
 import time
 
 import pyatspi
@@ -24,6 +28,16 @@ def wait_until(predicate, seconds=10.0, step=0.1):
 def visible_windows(name):
     result = run("xdotool", "search", "--onlyvisible", "--name", name)
     return [w for w in result.stdout.split() if w]
+
+
+def tray_icon_geometry():
+    """(x, y, width, height) of Tessaline's icon in the panel's tray, or None."""
+    for window in run("xdotool", "search", "--class", "tessaline").stdout.split():
+        geometry = run("xdotool", "getwindowgeometry", "--shell", window).stdout
+        values = dict(line.split("=") for line in geometry.split() if "=" in line)
+        if values and 8 <= int(values["WIDTH"]) <= 64 and 8 <= int(values["HEIGHT"]) <= 64:
+            return tuple(int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+    return None
 
 
 def control(method):
@@ -86,3 +100,50 @@ def texts_of(node):
     except Exception:
         pass
     return [t for t in texts if t]
+
+
+class Checks:
+    """Prints each check as PASS or FAIL and ends the test with the outcome."""
+
+    def __init__(self):
+        self.failures = []
+
+    def __call__(self, condition, what):
+        print(("PASS " if condition else "FAIL ") + what, flush=True)
+        if not condition:
+            self.failures.append(what)
+
+    def finish(self):
+        print("%d failure(s)" % len(self.failures))
+        sys.exit(1 if self.failures else 0)
+
+
+def tessaline_binary():
+    return os.path.join(os.environ["TESSALINE_BUILD_DIR"], "bin", "tessaline")
+
+
+def finished_setup_home(prefix, vault=None):
+    """A private home whose Tessaline has finished its welcome window (and holds `vault`, when
+    given); returns the environment to start programs in."""
+    home = tempfile.mkdtemp(prefix=prefix)
+    env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + "/.config",
+               XDG_DATA_HOME=home + "/.local/share", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+    os.makedirs(home + "/.config/Tessaline")
+    os.makedirs(home + "/.local/share/Tessaline")
+    with open(home + "/.config/Tessaline/defaults.json", "w") as f:
+        json.dump({"Onboarding.completed": {"type": "bool", "value": True}}, f)
+    if vault is not None:
+        with open(home + "/.local/share/Tessaline/keybinds.json", "w") as f:
+            json.dump(vault, f)
+    return env
+
+
+def start_small_editor(env):
+    """Starts mousepad in a small window at the top left; returns (process, window)."""
+    editor = subprocess.Popen(["mousepad", "--disable-server"], env=env,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    window = wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--class",
+                                    "mousepad").stdout.split(), 15)[0]
+    run("xdotool", "windowsize", window, "260", "200")
+    run("xdotool", "windowmove", window, "0", "0")
+    return editor, window

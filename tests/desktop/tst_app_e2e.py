@@ -17,7 +17,7 @@ import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
-                             tessaline_app, visible_windows, wait_until)
+                             tessaline_app, tray_icon_geometry, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
@@ -41,13 +41,8 @@ def check(condition, what):
 
 def tray_icon():
     """The centre of Tessaline's icon in the panel's tray, or None."""
-    for window in run("xdotool", "search", "--class", "tessaline").stdout.split():
-        geometry = run("xdotool", "getwindowgeometry", "--shell", window).stdout
-        values = dict(line.split("=") for line in geometry.split() if "=" in line)
-        if values and 8 <= int(values["WIDTH"]) <= 64 and 8 <= int(values["HEIGHT"]) <= 64:
-            return (int(values["X"]) + int(values["WIDTH"]) // 2,
-                    int(values["Y"]) + int(values["HEIGHT"]) // 2)
-    return None
+    box = tray_icon_geometry()
+    return (box[0] + box[2] // 2, box[1] + box[3] // 2) if box else None
 
 
 def clipboard():

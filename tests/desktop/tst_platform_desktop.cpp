@@ -5,6 +5,7 @@
 #include "platform/x11/XcbReply.h"
 
 #include <QGuiApplication>
+#include <QRect>
 #include <QTest>
 #include <QWindow>
 
@@ -81,6 +82,39 @@ public:
         return atoms;
     }
 
+    /// Takes the screen's tray selection as a tray manager does and publishes `foreground`
+    /// (16 bits a channel) as the first of its icon colours.
+    bool ownTrayWithForeground(quint16 red, quint16 green, quint16 blue)
+    {
+        const xcb_window_t owner = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, owner, m_root, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        // Foreground, error, warning and success colours.
+        const uint32_t colors[12] = {red,    green,  blue, 0xffff, 0,      0,
+                                     0xffff, 0xffff, 0,    0,      0xffff, 0};
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, owner,
+                            atom("_NET_SYSTEM_TRAY_COLORS"), XCB_ATOM_CARDINAL, 32, 12, colors);
+        xcb_set_selection_owner(m_connection, owner, atom("_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
+        const auto reply =
+            xcbReply(xcb_get_selection_owner_reply, m_connection,
+                     xcb_get_selection_owner(m_connection, atom("_NET_SYSTEM_TRAY_S0")));
+        return reply && reply->owner == owner;
+    }
+
+    /// Shows a plain rectangle of `rgb` at `geometry`, above everything, as a panel would be.
+    void showPanel(const QRect& geometry, uint32_t rgb)
+    {
+        const xcb_window_t panel = xcb_generate_id(m_connection);
+        const uint32_t values[] = {rgb, 1};
+        xcb_create_window(
+            m_connection, XCB_COPY_FROM_PARENT, panel, m_root, static_cast<int16_t>(geometry.x()),
+            static_cast<int16_t>(geometry.y()), static_cast<uint16_t>(geometry.width()),
+            static_cast<uint16_t>(geometry.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+            XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+        xcb_map_window(m_connection, panel);
+        xcb_flush(m_connection);
+    }
+
 private:
     xcb_connection_t* m_connection;
     xcb_window_t m_root = 0;
@@ -96,6 +130,7 @@ private Q_SLOTS:
     void onX11HotKeysGrabFromOtherClients();
     void onX11TheHUDIsKeptOutOfTheTaskbar();
     void onX11RawKeysCanBeWatched();
+    void onX11TheTrayGlyphFollowsThePanel();
 };
 
 void TestPlatformDesktop::onX11HotKeysGrabFromOtherClients()
@@ -140,6 +175,28 @@ void TestPlatformDesktop::onX11RawKeysCanBeWatched()
     const std::unique_ptr<PlatformServices> services = createPlatformServices();
     QVERIFY(services->keyMonitor->start([](const SystemKeyEvent&) {}));
     services->keyMonitor->stop();
+}
+
+void TestPlatformDesktop::onX11TheTrayGlyphFollowsThePanel()
+{
+    const std::unique_ptr<PlatformServices> services = createPlatformServices();
+    const TrayAppearance& tray = *services->trayAppearance;
+    OtherClient other;
+    QVERIFY(!tray.trayForeground()); // no tray manager yet
+
+    // Without colours from the tray, the panel's own pixels decide: light on dark, dark on light.
+    const QRect icon(630, 410, 24, 24);
+    other.showPanel(QRect(600, 400, 200, 40), 0x202028);
+    QTRY_VERIFY_WITH_TIMEOUT(tray.panelColor(icon) == (TrayAppearance::Rgb{0x20, 0x20, 0x28}),
+                             3000);
+    QCOMPARE(tray.glyphColor(icon), TrayAppearance::kLightGlyph);
+    other.showPanel(QRect(600, 400, 200, 40), 0xf0f0f0);
+    QTRY_COMPARE_WITH_TIMEOUT(tray.glyphColor(icon), TrayAppearance::kDarkGlyph, 3000);
+
+    // A tray manager that names its icons' colour is followed.
+    QVERIFY(other.ownTrayWithForeground(0xffff, 0x8000, 0x0000));
+    QCOMPARE(tray.trayForeground(), std::optional(TrayAppearance::Rgb{0xff, 0x80, 0x00}));
+    QCOMPARE(tray.glyphColor(icon), (TrayAppearance::Rgb{0xff, 0x80, 0x00}));
 }
 
 QTEST_MAIN(TestPlatformDesktop)

@@ -22,7 +22,10 @@
 #include <QAccessible>
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
 #include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 using namespace Tessaline;
 using namespace Tessaline::Testing;
@@ -133,6 +136,35 @@ QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID
 QObject* ViewFixture::navigator()
 {
     return keep(new ListNavigator(&m_models));
+}
+
+namespace {
+
+QQuickWindow* windowOf(QObject* item)
+{
+    auto* quickItem = qobject_cast<QQuickItem*>(item);
+    return quickItem ? quickItem->window() : nullptr;
+}
+
+} // namespace
+
+void ViewFixture::attachNavigator(QObject* navigator, QObject* item)
+{
+    if (auto* keys = qobject_cast<ListNavigator*>(navigator))
+        keys->setPanel(windowOf(item));
+}
+
+void ViewFixture::pressKeyAt(QObject* item, quint32 scanCode, int key, int modifiers,
+                             const QString& text)
+{
+    QQuickWindow* window = windowOf(item);
+    if (!window)
+        return;
+    const auto mods = Qt::KeyboardModifiers(modifiers);
+    QKeyEvent press(QEvent::KeyPress, key, mods, scanCode, 0, 0, text);
+    QCoreApplication::sendEvent(window, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, mods, scanCode, 0, 0, text);
+    QCoreApplication::sendEvent(window, &release);
 }
 
 QObject* ViewFixture::browser()

@@ -41,6 +41,14 @@ public:
     /// A fresh keyboard navigator for a cheat-sheet view.
     Q_INVOKABLE
     QObject* navigator();
+    /// Lets `navigator` act on the keys of the window that shows `item`.
+    Q_INVOKABLE
+    void attachNavigator(QObject* navigator, QObject* item);
+    /// Presses and releases a key at the keyboard place `scanCode` in the window that shows
+    /// `item`, as the windowing system delivers it: `key`, `modifiers` and `text` are what the
+    /// layout makes of that place.
+    Q_INVOKABLE
+    void pressKeyAt(QObject* item, quint32 scanCode, int key, int modifiers, const QString& text);
     Q_INVOKABLE
     QObject* browser();
     Q_INVOKABLE

@@ -360,5 +360,23 @@ Item {
             settings.keyNames.words = true
             compare(withText(view, "Super+S").length, 1)
         }
+
+        // The navigator's "/" is the key at the slash place, Shift or not; a "/" that the
+        // layout puts on another key (Shift+7 on a German keyboard) is text for the field.
+        function test_slashKeyIsReadByItsPlace() {
+            const view = makeView("Editor", "org.example.Editor")
+            fixture.attachNavigator(view.navigator, view)
+            const field = findChild(view, "searchField")
+            field.forceActiveFocus()
+            tryVerify(function () { return field.activeFocus })
+            const requests = view.navigator.searchFocusRequest
+            fixture.pressKeyAt(view, 61, Qt.Key_Question, Qt.ShiftModifier, "?")
+            compare(view.navigator.searchFocusRequest, requests + 1)
+            compare(field.text, "")
+            fixture.pressKeyAt(view, 16, Qt.Key_Slash, Qt.ShiftModifier, "/")
+            compare(view.navigator.searchFocusRequest, requests + 1)
+            compare(field.text, "/")
+            compare(view.model.filter, "/")
+        }
     }
 }

@@ -140,6 +140,37 @@ Item {
             headers(["Editor 1"])
         }
 
+        // A star set elsewhere changes its row in place: the list keeps where it was scrolled
+        // to and which row was current.
+        function test_starKeepsScrollAndSelection() {
+            const view = createTemporaryObject(viewComponent, stage,
+                                               { model: fixture.browser(), height: 260 })
+            verify(view, "VaultBrowserView was not created")
+            const list = findChild(view, "browserList")
+            tryVerify(function () { return list.contentHeight > list.height + 40 }, 1000,
+                      "the list does not scroll at this height")
+            const top = list.contentY
+            list.currentIndex = 3
+            list.contentY = top + 30
+            wait(50)
+            const scrolled = list.contentY
+            verify(scrolled > top + 20, "the list did not scroll")
+            let save = null
+            for (let row = 0; row < list.count; ++row) {
+                const item = list.itemAtIndex(row)
+                if (item && item.name === "Save")
+                    save = item
+            }
+            verify(save, "no row shows Save")
+            verify(!save.favorite)
+            fixture.cheatSheet("Editor", "org.example.Editor").toggleFavorite(1) // Save
+            // The same row, changed in place.
+            verify(save.favorite)
+            wait(50)
+            compare(list.currentIndex, 3)
+            compare(list.contentY, scrolled)
+        }
+
         function test_showJsonEmitsItsSignal() {
             const view = makeView()
             const spy = createTemporaryObject(spyComponent, testCase,

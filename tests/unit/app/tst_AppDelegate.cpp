@@ -12,6 +12,7 @@
 #include "FakeHotKeyService.h"
 #include "FakeKeyInjector.h"
 #include "FakeSystemKeyMonitor.h"
+#include "FakeTrayAppearance.h"
 #include "FakeWindowHints.h"
 #include "FakeWorkspace.h"
 #include "FloatingPanel.h"
@@ -62,6 +63,7 @@ class TestAppDelegate : public QObject
     FakeClipboard m_clipboard;
     FakeKeyInjector m_keyInjector;
     FakeWindowHints m_windowHints;
+    FakeTrayAppearance m_trayAppearance;
     FakeClock m_clock;
     ManualScheduler m_scheduler;
     FakeHotKeyService m_hotKeyService;
@@ -73,10 +75,10 @@ class TestAppDelegate : public QObject
     {
         m_engine = std::make_unique<QQmlEngine>();
         m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider);
-        m_delegate = std::make_unique<AppDelegate>(
-            AppDelegate::Platform{m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor,
-                                  m_tipPresenter, m_clipboard, m_keyInjector, m_windowHints,
-                                  m_clock, m_scheduler, *m_defaults, *m_engine, m_keySettings});
+        m_delegate = std::make_unique<AppDelegate>(AppDelegate::Platform{
+            m_workspace, m_trust, m_elements, m_alerts, m_keyMonitor, m_tipPresenter, m_clipboard,
+            m_keyInjector, m_windowHints, m_clock, m_scheduler, *m_defaults, *m_engine,
+            m_keySettings, m_trayAppearance});
         m_delegate->applicationDidFinishLaunching(how);
     }
 

@@ -408,6 +408,57 @@ private Q_SLOTS:
                  FuzzyMatch::highlighted(QStringLiteral("Save"), QStringLiteral("sav")));
     }
 
+    // A star, a reload or a merged scan reaches the browser's list as row changes, never a
+    // reset, so the list keeps its scroll position and selection; a new query resets it.
+    void browserVaultChangesUpdateRowsInPlace()
+    {
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
+        QAbstractItemModelTester tester(browser.rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QAbstractItemModel& rows = *browser.rows();
+        const QStringList before = column(rows, ShortcutListModel::NameRole);
+        const qsizetype saveRow = before.indexOf(QStringLiteral("Save"));
+        QVERIFY(saveRow >= 0);
+        QSignalSpy resets(&rows, &QAbstractItemModel::modelReset);
+        QSignalSpy changed(&rows, &QAbstractItemModel::dataChanged);
+        QSignalSpy inserted(&rows, &QAbstractItemModel::rowsInserted);
+        QSignalSpy removed(&rows, &QAbstractItemModel::rowsRemoved);
+
+        auto sheet = cheatSheet(kEditor);
+        sheet->toggleFavorite(1); // Save
+        QCOMPARE(resets.count(), 0);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.at(0).at(0).toModelIndex().row(), static_cast<int>(saveRow));
+        QVERIFY(rows.index(static_cast<int>(saveRow), 0)
+                    .data(ShortcutListModel::FavoriteRole)
+                    .toBool());
+        QCOMPARE(column(rows, ShortcutListModel::NameRole), before);
+
+        m_store->reload();
+        QCOMPARE(resets.count(), 0);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(inserted.count() + removed.count(), 0);
+        QCOMPARE(column(rows, ShortcutListModel::NameRole), before);
+
+        m_store->mergeScannedShortcuts({item(QStringLiteral("Reveal"), QStringLiteral("⌘R"))},
+                                       kUnknown);
+        QCOMPARE(resets.count(), 0);
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(rows.rowCount(), before.size() + 1);
+        QVERIFY(column(rows, ShortcutListModel::NameRole).contains(QStringLiteral("Reveal")));
+
+        // Taking the star back changes the row in place too.
+        sheet->toggleFavorite(0); // Save again, now first under the favourites
+        QCOMPARE(resets.count(), 0);
+        QVERIFY(!rows.index(static_cast<int>(saveRow), 0)
+                     .data(ShortcutListModel::FavoriteRole)
+                     .toBool());
+
+        browser.setQuery(QStringLiteral("sa"));
+        QCOMPARE(resets.count(), 1);
+    }
+
     void browserFollowsTheVaultAndTheScanner()
     {
         BrowserModel browser(*m_store, m_desktop->scanner, {});

@@ -17,14 +17,31 @@ class KeyWindow : public QWindow
 {
 public:
     QList<int> received;
+    QString typed;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override
     {
         received.append(event->key());
+        typed += event->text();
         event->accept();
     }
 };
+
+// xkb keycodes of an evdev keyboard, as xcb and Wayland report them for a key's place.
+constexpr quint32 kSlashPlace = 61;
+constexpr quint32 kSevenPlace = 16;
+constexpr quint32 kKeypadSlashPlace = 106;
+
+/// Presses a key at `scanCode` the way the windowing system delivers it to `window`.
+void pressAt(QWindow& window, quint32 scanCode, Qt::Key key, Qt::KeyboardModifiers modifiers,
+             const QString& text)
+{
+    QKeyEvent press(QEvent::KeyPress, key, modifiers, scanCode, 0, 0, text);
+    QCoreApplication::sendEvent(&window, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, modifiers, scanCode, 0, 0, text);
+    QCoreApplication::sendEvent(&window, &release);
+}
 
 } // namespace
 
@@ -184,6 +201,43 @@ private Q_SLOTS:
         QTest::keyClick(m_panel.get(), Qt::Key_Slash, Qt::KeypadModifier);
         QCOMPARE(m_navigator->searchFocusRequest(), 0);
         QCOMPARE(m_panel->received, QList<int>{Qt::Key_Slash});
+    }
+
+    // The navigator's key is the slash key's place, whatever the modifiers make of it.
+    void slashKeyIsReadByItsPlace_data()
+    {
+        QTest::addColumn<quint32>("scanCode");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("consumed");
+        QTest::addRow("slash") << kSlashPlace << int(Qt::Key_Slash) << int(Qt::NoModifier)
+                               << u"/"_qs << true;
+        QTest::addRow("shift+slash types no question mark")
+            << kSlashPlace << int(Qt::Key_Question) << int(Qt::ShiftModifier) << u"?"_qs << true;
+        QTest::addRow("another layout's character at the slash place")
+            << kSlashPlace << int(Qt::Key_Minus) << int(Qt::NoModifier) << u"-"_qs << true;
+        QTest::addRow("slash typed with shift+7 is text")
+            << kSevenPlace << int(Qt::Key_Slash) << int(Qt::ShiftModifier) << u"/"_qs << false;
+        QTest::addRow("keypad slash is text") << kKeypadSlashPlace << int(Qt::Key_Slash)
+                                              << int(Qt::KeypadModifier) << u"/"_qs << false;
+        QTest::addRow("no scan code: the slash key name")
+            << quint32(0) << int(Qt::Key_Slash) << int(Qt::NoModifier) << u"/"_qs << true;
+        QTest::addRow("no scan code: a question mark is text")
+            << quint32(0) << int(Qt::Key_Question) << int(Qt::ShiftModifier) << u"?"_qs << false;
+    }
+
+    void slashKeyIsReadByItsPlace()
+    {
+        QFETCH(quint32, scanCode);
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(QString, text);
+        QFETCH(bool, consumed);
+        m_navigator->syncCount(2);
+        pressAt(*m_panel, scanCode, Qt::Key(key), Qt::KeyboardModifiers(modifiers), text);
+        QCOMPARE(m_navigator->searchFocusRequest(), consumed ? 1 : 0);
+        QCOMPARE(m_panel->typed, consumed ? QString() : text);
     }
 
     void otherKeysPassThrough()

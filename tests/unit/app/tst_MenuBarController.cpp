@@ -1,12 +1,39 @@
 // SPDX-License-Identifier: MIT
 // The tray icon's command menu: its entries, their order and what choosing each one does.
+#include "FakeTrayAppearance.h"
 #include "MenuBarController.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QImage>
 #include <QMenu>
+#include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Tessaline;
+using Tessaline::Testing::FakeTrayAppearance;
+
+namespace {
+
+// The distinct colours of an icon's visible pixels, drawn at `side` pixels.
+QSet<QRgb> visibleColors(const QIcon& icon, int side = 32)
+{
+    const QImage image = icon.pixmap(side, side).toImage().convertToFormat(QImage::Format_ARGB32);
+    QSet<QRgb> colors;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            if (qAlpha(pixel) == 255)
+                colors.insert(qRgb(qRed(pixel), qGreen(pixel), qBlue(pixel)));
+        }
+    }
+    return colors;
+}
+
+} // namespace
 
 class TestMenuBarController : public QObject
 {
@@ -14,6 +41,7 @@ class TestMenuBarController : public QObject
 
     QStringList m_calls;
     QList<TextHelperAction> m_helpers;
+    FakeTrayAppearance m_tray;
 
     MenuBarController::Actions recordingActions()
     {
@@ -34,11 +62,12 @@ private Q_SLOTS:
     {
         m_calls.clear();
         m_helpers.clear();
+        m_tray = FakeTrayAppearance();
     }
 
     void menuHasTenEntriesInOrder()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         std::unique_ptr<QMenu> menu(controller.buildMenu());
         const QList<QAction*> entries = menu->actions();
         QCOMPARE(entries.size(), 10);
@@ -65,7 +94,7 @@ private Q_SLOTS:
 
     void helperSubmenuHoldsTheFourHelpersWithTheirRawValues()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         std::unique_ptr<QMenu> menu(controller.buildMenu());
         QMenu* helpers = menu->actions().at(4)->menu();
         QVERIFY(helpers);
@@ -90,7 +119,7 @@ private Q_SLOTS:
 
     void entriesCallTheirActions()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         std::unique_ptr<QMenu> menu(controller.buildMenu());
         const QList<QAction*> entries = menu->actions();
         for (int i : {0, 1, 2, 3, 6, 7})
@@ -103,7 +132,7 @@ private Q_SLOTS:
 
     void eachMenuIsBuiltAnew()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         std::unique_ptr<QMenu> first(controller.buildMenu());
         std::unique_ptr<QMenu> second(controller.buildMenu());
         QVERIFY(first.get() != second.get());
@@ -112,7 +141,7 @@ private Q_SLOTS:
 
     void helperSelectedRunsKnownHelpersAndIgnoresUnknownValues()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         controller.helperSelected(QStringLiteral("divider"));
         QCOMPARE(m_helpers, QList<TextHelperAction>{TextHelperAction::Divider});
         controller.helperSelected(QStringLiteral("sparkles"));
@@ -124,12 +153,60 @@ private Q_SLOTS:
 
     void leftClickTogglesTheHUD()
     {
-        MenuBarController controller(recordingActions());
+        MenuBarController controller(recordingActions(), m_tray);
         controller.statusItemClicked(QSystemTrayIcon::Trigger);
         controller.statusItemClicked(QSystemTrayIcon::Trigger);
         QCOMPARE(m_calls, (QStringList{QStringLiteral("toggleHUD"), QStringLiteral("toggleHUD")}));
         QCOMPARE(controller.statusItem().toolTip(), QStringLiteral("Tessaline"));
         QVERIFY(!controller.statusItem().icon().isNull());
+    }
+
+    // The icon is the keyboard glyph in one colour: the tray's own when it names one.
+    void trayIconIsTheGlyphInTheTraysColour()
+    {
+        m_tray.foreground = TrayAppearance::Rgb{200, 10, 20};
+        MenuBarController controller(recordingActions(), m_tray);
+        QCOMPARE(visibleColors(controller.statusItem().icon()), QSet<QRgb>{qRgb(200, 10, 20)});
+        QVERIFY(controller.statusItem().icon().name().isEmpty());
+    }
+
+    // Without a place on screen the panel cannot be read: a grey that reads on light and dark.
+    void anUnplacedIconIsNeutral()
+    {
+        m_tray.panel = TrayAppearance::Rgb{0, 0, 0};
+        MenuBarController controller(recordingActions(), m_tray);
+        const TrayAppearance::Rgb grey = TrayAppearance::kNeutralGlyph;
+        QCOMPARE(visibleColors(controller.statusItem().icon()),
+                 QSet<QRgb>{qRgb(grey.red, grey.green, grey.blue)});
+    }
+
+    // A host that takes icons by name gets the theme's symbolic icon, which it may recolour.
+    void aHostTakingNamesGetsTheThemedIcon()
+    {
+        QTemporaryDir themes;
+        QVERIFY(themes.isValid());
+        const QString theme = themes.filePath(QStringLiteral("hicolor"));
+        QVERIFY(QDir().mkpath(theme + QStringLiteral("/symbolic/apps")));
+        QFile index(theme + QStringLiteral("/index.theme"));
+        QVERIFY(index.open(QIODevice::WriteOnly));
+        index.write("[Icon Theme]\nName=Hicolor\nDirectories=symbolic/apps\n\n"
+                    "[symbolic/apps]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n");
+        index.close();
+        QVERIFY(QFile::copy(QStringLiteral(TESSALINE_SOURCE_DIR
+                                           "/resources/icons/org.tessaline.Tessaline-symbolic.svg"),
+                            theme + QStringLiteral("/symbolic/apps/"
+                                                   "org.tessaline.Tessaline-symbolic.svg")));
+        const QStringList searchPaths = QIcon::themeSearchPaths();
+        const QString themeName = QIcon::themeName();
+        QIcon::setThemeSearchPaths({themes.path()});
+        QIcon::setThemeName(QStringLiteral("hicolor"));
+
+        m_tray.takesIconNames = true;
+        MenuBarController controller(recordingActions(), m_tray);
+        const QString name = controller.statusItem().icon().name();
+        QIcon::setThemeSearchPaths(searchPaths);
+        QIcon::setThemeName(themeName);
+        QCOMPARE(name, QString::fromLatin1(MenuBarController::kTrayIconName));
     }
 };
 

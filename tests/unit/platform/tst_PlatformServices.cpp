@@ -40,6 +40,7 @@ void TestPlatformServices::offX11EveryServiceExists()
     QVERIFY(services->scheduler);
     QVERIFY(services->hotKeys);
     QVERIFY(services->windowHints);
+    QVERIFY(services->trayAppearance);
     QVERIFY(services->appIcons);
 }
 
@@ -72,6 +73,12 @@ void TestPlatformServices::offX11NothingIsGrabbedOrInjected()
     services->windowHints->skipTaskbar(window);
     QVERIFY(window.isVisible());
     QCOMPARE(window.flags() & Qt::WindowType_Mask, Qt::Window);
+
+    // The tray's panel cannot be looked at: its icon is drawn in the neutral grey.
+    const QRect icon(10, 10, 24, 24);
+    QVERIFY(!services->trayAppearance->trayForeground());
+    QVERIFY(!services->trayAppearance->panelColor(icon));
+    QCOMPARE(services->trayAppearance->glyphColor(icon), TrayAppearance::kNeutralGlyph);
 }
 
 void TestPlatformServices::offX11HotKeysKeepTheirBoxWithoutAGrab()
