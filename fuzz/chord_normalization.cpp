@@ -57,8 +57,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         checkDisplayChord(*symbol, modifiers);
     }
 
-    FuzzInput::require(ChordText::display(text, KeyNameStyle::Symbols) == text,
-                       "chords in symbols are shown as stored", text);
+    // In symbols every stored character stays but Super, which has no symbol of its own there.
+    const QString symbols = ChordText::display(text, KeyNameStyle::Symbols);
+    const QChar super(0x2318);
+    if (text.contains(super))
+        FuzzInput::require(!symbols.contains(super) && symbols.contains(QLatin1String("Super")),
+                           "Super is written as a word among symbols", text);
+    else
+        FuzzInput::require(symbols == text, "chords in symbols are shown as stored", text);
     ChordText::toWords(text);
     if (const std::optional<QString> chord = ChordText::symbolQuery(query))
         FuzzInput::require(!chord->isEmpty(), "a query naming a modifier gives a chord", query);
