@@ -74,6 +74,9 @@ std::optional<QDBusConnection> connection()
     QDBusConnection existing(name);
     if (existing.isConnected())
         return existing;
+    // A connection that was lost (the accessibility bus restarted) keeps its name, and
+    // connecting under a taken name hands back the dead one: forget it first.
+    QDBusConnection::disconnectFromBus(name);
     const auto busAddress = address();
     if (!busAddress)
         return std::nullopt;
