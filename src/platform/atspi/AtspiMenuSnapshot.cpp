@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/atspi/AtspiMenuSnapshot.h"
 
+#include "LogCategories.h"
 #include "platform/atspi/AtspiWalkState.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QEventLoop>
 #include <QHash>
 #include <QSet>
+#include <QThread>
 
 #include <atspi/atspi-constants.h>
 
@@ -50,6 +55,26 @@ Unexpected<QString> unanswered()
     return Unexpected(QStringLiteral("the application did not answer"));
 }
 
+// Waits for one answer. On the main thread of a running application the event loop turns
+// meanwhile: a menu bar of tens of thousands of items takes seconds to read, and the interface
+// must keep answering (a request to scan again is dropped by the scanner while this one runs).
+void awaitReply(const QDBusPendingCall& call)
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (call.isFinished() || application == nullptr ||
+        QThread::currentThread() != application->thread()) {
+        QDBusPendingCall(call).waitForFinished();
+        return;
+    }
+    QEventLoop loop;
+    // A watcher of a call that has just finished still reports it, one turn later.
+    QDBusPendingCallWatcher watcher(call);
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    // The loop also ends when the application quits; the call's own time limit ends the wait.
+    watcher.waitForFinished();
+}
+
 // Sends every call before waiting for the first answer. Absent when one went unanswered.
 std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
                                            const QList<QDBusMessage>& calls, int timeoutMs)
@@ -75,12 +100,17 @@ std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
         // Answers come in order: waiting for the last one first means one wake-up per batch
         // instead of one per answer.
         if (!pending.isEmpty())
-            pending.last().waitForFinished();
+            awaitReply(pending.last());
         for (QDBusPendingCall& call : pending) {
             call.waitForFinished();
             const QDBusMessage reply = call.reply();
-            if (isNoAnswer(reply))
+            if (isNoAnswer(reply)) {
+                qCDebug(lcAtspi, "%s.%s went unanswered: %s",
+                        qUtf8Printable(calls.at(start).interface()),
+                        qUtf8Printable(calls.at(start).member()),
+                        qUtf8Printable(reply.errorMessage()));
                 return std::nullopt;
+            }
             replies.append(reply);
         }
     }
@@ -279,6 +309,9 @@ AtspiMenuSnapshot::readByMatches(const QDBusConnection& bus, const AtspiReferenc
     }
     if (objects.isEmpty())
         return std::optional<AtspiMenuSnapshot>();
+    // As many elements as a level walk reads, the first ones in tree order.
+    if (objects.size() > AtspiWalkState::kMaxElements)
+        objects.resize(AtspiWalkState::kMaxElements);
 
     QList<QDBusMessage> bindingCalls;
     for (const AtspiReference& object : objects) {
