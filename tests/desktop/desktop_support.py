@@ -74,6 +74,37 @@ def find_all(root, predicate, limit=6000):
     return found
 
 
+def named(name, role):
+    """Tessaline's named controls on screen now (a closed window's controls may linger on the
+    bus)."""
+    app = tessaline_app()
+    if app is None:
+        return []
+    return find_all(app, lambda n: n.name == name and n.getRoleName() == role
+                    and n.getState().contains(pyatspi.STATE_SHOWING))
+
+
+def act(name, role="push button"):
+    """Invokes the first action of the named control, as an assistive tool does."""
+    def pressed():
+        for node in named(name, role):
+            try:
+                action = node.queryAction()
+                if action.nActions > 0 and action.doAction(0):
+                    return True
+            except Exception:  # the window closed under us
+                continue
+        return False
+    return wait_until(pressed, 5)
+
+
+def set_accessibility(enabled):
+    """Turns the desktop's accessibility switch on or off, as a settings panel does."""
+    return run("gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path",
+               "/org/a11y/bus", "--method", "org.freedesktop.DBus.Properties.Set",
+               "org.a11y.Status", "IsEnabled", "<true>" if enabled else "<false>")
+
+
 def texts_of(node):
     """Everything a screen reader could read out of one accessible: name, description and, for
     text objects, the text itself."""
