@@ -23,8 +23,10 @@ namespace {
 
 // How far below the application the menu bar is looked for.
 constexpr int kMenuBarSearchDepth = 6;
-// Calls in flight at once.
-constexpr int kBatchSize = 512;
+// Calls in flight at once. Each call's time limit runs from when it is sent, so a call waits
+// for the answers queued before it too: a batch small enough that a busy application answering
+// a huge menu still makes the limit, large enough that a round trip carries many calls.
+constexpr int kBatchSize = 128;
 
 const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kCollectionInterface = QStringLiteral("org.a11y.atspi.Collection");
