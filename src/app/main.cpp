@@ -7,6 +7,7 @@
 #include "CoachTipPanelPresenter.h"
 #include "ControlInterface.h"
 #include "ControlsStyle.h"
+#include "EventLoopStallProbe.h"
 #include "SymbolImageProvider.h"
 #include "hotkey/HotKeysController.h"
 #include "platform/PlatformServices.h"
@@ -75,6 +76,9 @@ int main(int argc, char** argv)
                      &AppDelegate::applicationWillTerminate);
     delegate.applicationDidFinishLaunching(commandLine.atLogin() ? AppDelegate::Launch::AtLogin
                                                                  : AppDelegate::Launch::ByUser);
+    // Benchmarks ask for this with QT_LOGGING_RULES="tessaline.stall.debug=true".
+    EventLoopStallProbe stallProbe;
+    stallProbe.startIfEnabled();
     const int status = QApplication::exec();
     HotKey::HotKeysController::setService(nullptr);
     return status;

@@ -26,5 +26,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcCoach)
 Q_DECLARE_LOGGING_CATEGORY(lcHud)
 /// How long the HUD takes to show and close.
 Q_DECLARE_LOGGING_CATEGORY(lcHudTiming)
+/// Turns of the event loop that came late: how long the interface could not answer.
+Q_DECLARE_LOGGING_CATEGORY(lcStall)
 
 } // namespace Tessaline

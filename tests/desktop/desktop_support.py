@@ -89,6 +89,37 @@ def find_all(root, predicate, limit=6000):
     return found
 
 
+def named(name, role, app_name="tessaline"):
+    """The application's named controls on screen now (a closed window's controls may linger
+    on the bus)."""
+    app = tessaline_app(app_name)
+    if app is None:
+        return []
+    return find_all(app, lambda n: n.name == name and n.getRoleName() == role
+                    and n.getState().contains(pyatspi.STATE_SHOWING))
+
+
+def act(name, role="push button", app_name="tessaline"):
+    """Invokes the first action of the named control, as an assistive tool does."""
+    def pressed():
+        for node in named(name, role, app_name):
+            try:
+                action = node.queryAction()
+                if action.nActions > 0 and action.doAction(0):
+                    return True
+            except Exception:  # the window closed under us
+                continue
+        return False
+    return wait_until(pressed, 5)
+
+
+def set_accessibility(enabled):
+    """Turns the desktop's accessibility switch on or off, as a settings panel does."""
+    return run("gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path",
+               "/org/a11y/bus", "--method", "org.freedesktop.DBus.Properties.Set",
+               "org.a11y.Status", "IsEnabled", "<true>" if enabled else "<false>")
+
+
 def texts_of(node):
     """Everything a screen reader could read out of one accessible: name, description and, for
     text objects, the text itself."""

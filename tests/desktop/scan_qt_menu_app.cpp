@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A small Qt Widgets window with a menu bar, for scanning a Qt application's menus.
+// A small Qt Widgets window with a menu bar, for scanning a Qt application's menus. With
+// "--items N" a "Library" menu adds N more items in submenus of 500, one in a hundred with a
+// shortcut: a menu bar far larger than any reader should walk whole.
 #include <QAction>
 #include <QApplication>
 #include <QKeySequence>
@@ -11,6 +13,9 @@
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const qsizetype itemsOption = arguments.indexOf(QStringLiteral("--items"));
+    const int extraItems = itemsOption >= 0 ? arguments.value(itemsOption + 1).toInt() : 0;
     QMainWindow window;
     window.setWindowTitle(QStringLiteral("Scan Menu Sample"));
     window.setCentralWidget(new QPlainTextEdit(&window));
@@ -48,6 +53,20 @@ int main(int argc, char** argv)
 
     QMenu* help = window.menuBar()->addMenu(QStringLiteral("&Help"));
     help->addAction(QStringLiteral("&About"));
+
+    if (extraItems > 0) {
+        constexpr int kPerSubmenu = 500;
+        QMenu* library = window.menuBar()->addMenu(QStringLiteral("&Library"));
+        QMenu* shelf = nullptr;
+        for (int i = 0; i < extraItems; ++i) {
+            if (i % kPerSubmenu == 0)
+                shelf = library->addMenu(QStringLiteral("Shelf %1").arg(i / kPerSubmenu + 1));
+            QAction* item = shelf->addAction(QStringLiteral("Volume %1").arg(i + 1));
+            if (i % 100 == 0)
+                item->setShortcut(
+                    QKeySequence(QStringLiteral("Ctrl+Alt+F%1").arg(i / 100 % 12 + 1)));
+        }
+    }
 
     window.resize(480, 320);
     window.show();

@@ -18,8 +18,8 @@ import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import pyatspi  # noqa: E402
-from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
-                             tessaline_app, visible_windows, wait_until)
+from desktop_support import (act, bus_name_owned, control, find_all, named, run,  # noqa: E402
+                             stop_tessaline, tessaline_app, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
@@ -30,29 +30,6 @@ passes = []
 def check(condition, what):
     print(("PASS " if condition else "FAIL ") + what, flush=True)
     (passes if condition else failures).append(what)
-
-
-def named(name, role, app_name="tessaline"):
-    """The named controls on screen now (a closed window's controls may linger on the bus)."""
-    app = tessaline_app(app_name)
-    if app is None:
-        return []
-    return find_all(app, lambda n: n.name == name and n.getRoleName() == role
-                    and n.getState().contains(pyatspi.STATE_SHOWING))
-
-
-def act(name, role="push button", app_name="tessaline"):
-    """Invokes the first action of the named control, as an assistive tool does."""
-    def pressed():
-        for node in named(name, role, app_name):
-            try:
-                action = node.queryAction()
-                if action.nActions > 0 and action.doAction(0):
-                    return True
-            except Exception:  # the window closed under us
-                continue
-        return False
-    return wait_until(pressed, 5)
 
 
 def states(node):

@@ -47,6 +47,10 @@ ListView {
     topMargin: 16
     bottomMargin: 16
     boundsBehavior: Flickable.StopAtBounds
+    // Rows are made only as they come into view, never ahead of it in the background: a row
+    // still being made when a keystroke replaces the rows is cancelled by an index the new
+    // rows no longer have, and Qt warns about every one.
+    cacheBuffer: 0
     model: list.sheet.rows
     ScrollBar.vertical: ScrollBar {}
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scan/AppMenuScanner.h"
 
+#include "LogCategories.h"
 #include "platform/AccessibilityElementFactory.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/AlertPresenter.h"
@@ -89,6 +90,7 @@ void AppMenuScanner::setStatusAppBundleID(const std::optional<QString>& bundleID
 
 void AppMenuScanner::finishScan()
 {
+    qCDebug(lcScan, "scan finished: %s", qUtf8Printable(m_statusText.value_or(QString())));
     setScanning(false);
     emit scanFinished();
 }

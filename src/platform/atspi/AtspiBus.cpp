@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "platform/atspi/AtspiBus.h"
 
+#include "LogCategories.h"
+
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusReply>
+#include <QEventLoop>
+#include <QThread>
 
 namespace Tessaline {
 
@@ -49,8 +55,30 @@ namespace AtspiBus {
 
 namespace {
 
-// Calls in flight at once.
-constexpr int kBatchSize = 512;
+// Calls in flight at once. Each call's time limit runs from when it is sent, so a call waits
+// for the answers queued before it too: a batch small enough that a busy application answering
+// a huge menu still makes the limit, large enough that a round trip carries many calls.
+constexpr int kBatchSize = 128;
+
+// Waits for one answer. With Wait::TurnEventLoop on the main thread of a running application
+// the event loop turns meanwhile: a menu bar of tens of thousands of items takes seconds to
+// read, and the interface must keep answering.
+void awaitReply(const QDBusPendingCall& call, Wait wait)
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (wait == Wait::Block || call.isFinished() || application == nullptr ||
+        QThread::currentThread() != application->thread()) {
+        QDBusPendingCall(call).waitForFinished();
+        return;
+    }
+    QEventLoop loop;
+    // A watcher of a call that has just finished still reports it, one turn later.
+    QDBusPendingCallWatcher watcher(call);
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    // The loop also ends when the application quits; the call's own time limit ends the wait.
+    watcher.waitForFinished();
+}
 
 } // namespace
 
@@ -66,8 +94,8 @@ bool isNoAnswer(const QDBusMessage& reply)
 }
 
 // Sends every call before waiting for the first answer. Absent when one went unanswered.
-std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
-                                           const QList<QDBusMessage>& calls, int timeoutMs)
+std::optional<QList<QDBusMessage>>
+callAll(const QDBusConnection& bus, const QList<QDBusMessage>& calls, int timeoutMs, Wait wait)
 {
     const bool peer = AtspiBus::isPeerConnection(bus);
     QList<QDBusMessage> replies;
@@ -90,12 +118,17 @@ std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
         // Answers come in order: waiting for the last one first means one wake-up per batch
         // instead of one per answer.
         if (!pending.isEmpty())
-            pending.last().waitForFinished();
+            awaitReply(pending.last(), wait);
         for (QDBusPendingCall& call : pending) {
             call.waitForFinished();
             const QDBusMessage reply = call.reply();
-            if (isNoAnswer(reply))
+            if (isNoAnswer(reply)) {
+                qCDebug(lcAtspi, "%s.%s went unanswered: %s",
+                        qUtf8Printable(calls.at(start).interface()),
+                        qUtf8Printable(calls.at(start).member()),
+                        qUtf8Printable(reply.errorMessage()));
                 return std::nullopt;
+            }
             replies.append(reply);
         }
     }
@@ -142,6 +175,9 @@ std::optional<QDBusConnection> connection()
     QDBusConnection existing(name);
     if (existing.isConnected())
         return existing;
+    // A connection that was lost (the accessibility bus restarted) keeps its name, and
+    // connecting under a taken name hands back the dead one: forget it first.
+    QDBusConnection::disconnectFromBus(name);
     const auto busAddress = address();
     if (!busAddress)
         return std::nullopt;

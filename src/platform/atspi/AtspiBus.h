@@ -62,13 +62,22 @@ bool isPeerConnection(const QDBusConnection& connection);
 /// Registers the D-Bus types used by the accessibility calls.
 void registerTypes();
 
+/// How callAll() waits: blocking, or turning the event loop of the main thread meanwhile (for
+/// reads that may take seconds; the caller must then expect other events to run).
+enum class Wait
+{
+    Block,
+    TurnEventLoop
+};
+
 /// True when `reply` says the call went unanswered (no reply, timed out, disconnected).
 bool isNoAnswer(const QDBusMessage& reply);
 /// Sends every call before waiting for the first answer, in batches; the replies in the order
 /// of the calls. Absent when one went unanswered. Over a peer connection the calls are sent
 /// without a destination.
 std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
-                                           const QList<QDBusMessage>& calls, int timeoutMs);
+                                           const QList<QDBusMessage>& calls, int timeoutMs,
+                                           Wait wait = Wait::Block);
 /// The references of an accessible's GetChildren reply; none for an error.
 QList<AtspiReference> childrenOf(const QDBusMessage& reply);
 

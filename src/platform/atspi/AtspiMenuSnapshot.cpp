@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/atspi/AtspiMenuSnapshot.h"
 
+#include "LogCategories.h"
 #include "platform/atspi/AtspiWalkState.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDBusVariant>
 #include <QHash>
 #include <QSet>
@@ -19,8 +19,14 @@ namespace {
 // How far below the application the menu bar is looked for.
 constexpr int kMenuBarSearchDepth = 6;
 
-using AtspiBus::callAll;
 using AtspiBus::childrenOf;
+
+// Menu reads turn the event loop while they wait: a huge menu bar takes seconds to read.
+std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
+                                           const QList<QDBusMessage>& calls, int timeoutMs)
+{
+    return AtspiBus::callAll(bus, calls, timeoutMs, AtspiBus::Wait::TurnEventLoop);
+}
 
 const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kCollectionInterface = QStringLiteral("org.a11y.atspi.Collection");
@@ -220,6 +226,9 @@ AtspiMenuSnapshot::readByMatches(const QDBusConnection& bus, const AtspiReferenc
     }
     if (objects.isEmpty())
         return std::optional<AtspiMenuSnapshot>();
+    // As many elements as a level walk reads, the first ones in tree order.
+    if (objects.size() > AtspiWalkState::kMaxElements)
+        objects.resize(AtspiWalkState::kMaxElements);
 
     QList<QDBusMessage> bindingCalls;
     for (const AtspiReference& object : objects) {

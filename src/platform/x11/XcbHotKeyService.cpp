@@ -13,6 +13,8 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <cstdlib>
+
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -23,6 +25,9 @@ namespace {
 constexpr quint16 kRelevantModifiers =
     XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
 constexpr quint8 kBadAccess = 10;
+// The keyboard extension's own event codes, in the second byte of its events.
+constexpr quint8 kXkbNewKeyboardNotify = 0;
+constexpr quint8 kXkbMapNotify = 1;
 
 // Carbon bits to X modifiers: command is Super (Mod4), option is Alt (Mod1).
 quint16 xModifiers(quint32 carbonModifiers)
@@ -86,11 +91,15 @@ private:
 };
 
 XcbHotKeyService::XcbHotKeyService()
-    : m_filter(std::make_unique<Filter>(*this)), m_releaseTimer(std::make_unique<QTimer>())
+    : m_filter(std::make_unique<Filter>(*this)), m_releaseTimer(std::make_unique<QTimer>()),
+      m_regrabTimer(std::make_unique<QTimer>())
 {
     m_releaseTimer->setSingleShot(true);
     m_releaseTimer->setInterval(0);
     QObject::connect(m_releaseTimer.get(), &QTimer::timeout, [this] { flushPendingRelease(); });
+    m_regrabTimer->setSingleShot(true);
+    m_regrabTimer->setInterval(0);
+    QObject::connect(m_regrabTimer.get(), &QTimer::timeout, [this] { regrabAll(); });
 
     // Use X11 only when Qt itself runs on it, so that other sessions degrade quietly.
     xcb_connection_t* connection = X11Connection::connection();
@@ -101,6 +110,13 @@ XcbHotKeyService::XcbHotKeyService()
         return;
     m_connection = connection;
     m_root = root;
+    // Qt uses the keyboard extension, and a client that does is told of layout changes through
+    // its events rather than the core MappingNotify.
+    static constexpr char kXkbName[] = "XKEYBOARD";
+    const auto xkb = xcbReply(xcb_query_extension_reply, connection,
+                              xcb_query_extension(connection, sizeof(kXkbName) - 1, kXkbName));
+    if (xkb && xkb->present)
+        m_xkbFirstEvent = xkb->first_event;
 }
 
 XcbHotKeyService::~XcbHotKeyService()
@@ -154,6 +170,7 @@ HotKey::HotKeyService::Registration XcbHotKeyService::registerHotKey(quint32 car
         return Unexpected(noSuchKeyStatus);
     Grab grab;
     grab.id = id;
+    grab.keysym = *keysym;
     grab.modifiers = xModifiers(carbonModifiers);
     grab.keycodes = KeySymbols(m_connection).keycodes(*keysym);
     if (grab.keycodes.isEmpty())
@@ -254,6 +271,10 @@ void XcbHotKeyService::updateFilter()
 bool XcbHotKeyService::handleNativeEvent(void* message)
 {
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if (isKeyboardMappingChange(event)) {
+        m_regrabTimer->start();
+        return false; // Qt reloads its own keymap from the same event
+    }
     // The top bit marks events sent by another client; they count the same.
     const quint8 type = event->response_type & 0x7f;
     if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
@@ -307,6 +328,54 @@ bool XcbHotKeyService::handleNativeEvent(void* message)
         return true;
     deliver(it->second, HotKey::HotKeyEvent::pressed);
     return true;
+}
+
+bool XcbHotKeyService::isKeyboardMappingChange(const void* message) const
+{
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const quint8 type = event->response_type & 0x7f;
+    if (type == XCB_MAPPING_NOTIFY) {
+        const auto* mapping = static_cast<const xcb_mapping_notify_event_t*>(message);
+        return mapping->request == XCB_MAPPING_KEYBOARD || mapping->request == XCB_MAPPING_MODIFIER;
+    }
+    if (m_xkbFirstEvent == 0 || type != m_xkbFirstEvent)
+        return false;
+    // The second byte of a keyboard-extension event names its kind.
+    const quint8 xkbType = event->pad0;
+    return xkbType == kXkbNewKeyboardNotify || xkbType == kXkbMapNotify;
+}
+
+// A new layout or modifier map may put a grabbed key's symbol on other keycodes (or move
+// NumLock to another modifier); the old grabs would then answer the wrong key. Every grab is
+// given back and taken again for the keycodes the symbol has now.
+void XcbHotKeyService::regrabAll()
+{
+    if (m_connection == nullptr)
+        return;
+    const QList<quint16> variants = lockVariants();
+    const KeySymbols symbols(m_connection);
+    for (auto& [reference, grab] : m_grabs) {
+        const QList<quint8> keycodes = symbols.keycodes(grab.keysym);
+        if (keycodes == grab.keycodes && variants == grab.lockVariants)
+            continue;
+        ungrab(grab);
+        grab.keycodes = keycodes;
+        grab.lockVariants = variants;
+        grab.isDown = false;
+        QList<xcb_void_cookie_t> cookies;
+        for (quint8 keycode : grab.keycodes) {
+            for (quint16 variant : grab.lockVariants) {
+                cookies.append(xcb_grab_key_checked(m_connection, 1, m_root,
+                                                    quint16(grab.modifiers | variant), keycode,
+                                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+            }
+        }
+        // A variant another client took meanwhile stays theirs; its error is taken here so that
+        // it never reaches Qt's log.
+        for (const xcb_void_cookie_t cookie : cookies)
+            std::free(xcb_request_check(m_connection, cookie));
+    }
+    xcb_flush(m_connection);
 }
 
 void XcbHotKeyService::flushPendingRelease()

@@ -47,6 +47,8 @@ private:
     struct Grab
     {
         HotKey::HotKeyId id;
+        /// The key's symbol: its keycodes are looked up again when the keyboard mapping changes.
+        quint32 keysym = 0;
         QList<quint8> keycodes;
         quint16 modifiers = 0;
         /// The lock modifiers (none, CapsLock, NumLock, both) the key was grabbed with.
@@ -64,6 +66,8 @@ private:
     };
 
     bool handleNativeEvent(void* message);
+    bool isKeyboardMappingChange(const void* event) const;
+    void regrabAll();
     void deliver(const Grab& grab, quint32 kind);
     void flushPendingRelease();
     QList<quint16> lockVariants() const;
@@ -81,6 +85,10 @@ private:
     std::optional<PendingRelease> m_pendingRelease;
     std::unique_ptr<QTimer> m_releaseTimer;
     bool m_filterInstalled = false;
+    /// First event code of the X keyboard extension (0 when the server has none).
+    quint8 m_xkbFirstEvent = 0;
+    /// Mapping changes come in bursts; the keys are grabbed again once per burst.
+    std::unique_ptr<QTimer> m_regrabTimer;
 };
 
 } // namespace Tessaline
