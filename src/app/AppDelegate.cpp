@@ -283,6 +283,7 @@ void AppDelegate::showSettings()
     }
     auto* model =
         new SettingsModel(*m_store, m_hotkeyManager.get(), *m_keyNames, m_platform.trust, this);
+    model->watchCoachTips(*m_coachTipController);
     m_windowPresenter->showSettings({{QStringLiteral("model"), QVariant::fromValue(model)}});
     if (QQuickView* window = m_windowPresenter->window(AppWindowPresenter::Kind::Settings))
         connect(window, &QObject::destroyed, model, &QObject::deleteLater);

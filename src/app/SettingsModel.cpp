@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsModel.h"
 
+#include "coach/CoachTipController.h"
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/HotkeyRecorder.h"
 #include "platform/AccessibilityTrust.h"
@@ -39,6 +40,19 @@ SettingsModel::~SettingsModel() = default;
 QString SettingsModel::dataFilePath() const
 {
     return m_store ? m_store->dataFilePath() : QString();
+}
+
+QString SettingsModel::coachTipsNote() const
+{
+    return m_coachTips ? m_coachTips->unavailableReason() : QString();
+}
+
+void SettingsModel::watchCoachTips(CoachTipController& coachTips)
+{
+    m_coachTips = &coachTips;
+    connect(&coachTips, &CoachTipController::unavailableReasonChanged, this,
+            &SettingsModel::coachTipsNoteChanged);
+    emit coachTipsNoteChanged();
 }
 
 QString SettingsModel::lastError() const

@@ -13,6 +13,7 @@
 namespace Tessaline {
 
 class AccessibilityTrust;
+class CoachTipController;
 class VaultStore;
 
 /// What the settings and welcome windows show and do: the hotkey (through its manager and
@@ -31,6 +32,7 @@ class SettingsModel : public QObject
     Q_PROPERTY(QString lastError READ lastError NOTIFY lastErrorChanged)
     Q_PROPERTY(bool startAtLogin READ startAtLogin NOTIFY startAtLoginChanged)
     Q_PROPERTY(QString startAtLoginMessage READ startAtLoginMessage NOTIFY startAtLoginChanged)
+    Q_PROPERTY(QString coachTipsNote READ coachTipsNote NOTIFY coachTipsNoteChanged)
 
 public:
     SettingsModel(VaultStore& store, HotkeyManager* hotkeyManager, KeyNamePreference& keyNames,
@@ -45,6 +47,10 @@ public:
     QString lastError() const;
     bool startAtLogin() const { return m_startAtLogin; }
     QString startAtLoginMessage() const { return m_startAtLoginMessage; }
+    /// Why the coach tips are off, when the desktop keeps their keys from Tessaline.
+    QString coachTipsNote() const;
+    /// Follows the coach tips' state for coachTipsNote.
+    void watchCoachTips(CoachTipController& coachTips);
 
     /// Looks at the permission again (it can change outside Tessaline).
     Q_INVOKABLE
@@ -75,10 +81,12 @@ signals:
     void accessibilityChanged();
     void lastErrorChanged();
     void startAtLoginChanged();
+    void coachTipsNoteChanged();
 
 private:
     QPointer<VaultStore> m_store;
     QPointer<HotkeyManager> m_hotkeyManager;
+    QPointer<CoachTipController> m_coachTips;
     HotkeyRecorder* m_recorder = nullptr;
     KeyNamePreference& m_keyNames;
     AccessibilityTrust& m_trust;

@@ -10,6 +10,8 @@ class FakeSystemKeyMonitor final : public SystemKeyMonitor
 {
 public:
     bool available = true;
+    /// What unavailableReason() says.
+    QString reason;
     int starts = 0;
     int stops = 0;
     Handler handler;
@@ -27,6 +29,7 @@ public:
         ++stops;
         handler = nullptr;
     }
+    QString unavailableReason() const override { return reason; }
     bool isRunning() const { return static_cast<bool>(handler); }
 
     /// Delivers `event` as the desktop would; false when nobody listens.

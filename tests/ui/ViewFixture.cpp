@@ -3,11 +3,16 @@
 
 #include "BrowserModel.h"
 #include "CheatSheetModel.h"
+#include "FakeClock.h"
+#include "FakeCoachTipPresenter.h"
+#include "FakeDesktopKeySettings.h"
 #include "FakeHotKeyService.h"
 #include "FakeScanDesktop.h"
+#include "FakeSystemKeyMonitor.h"
 #include "ListNavigator.h"
 #include "ManualScheduler.h"
 #include "SettingsModel.h"
+#include "coach/CoachTipController.h"
 #include "helpers/TextHelperAction.h"
 #include "hotkeys/HotkeyManager.h"
 #include "scan/AppMenuScanner.h"
@@ -83,6 +88,11 @@ ViewFixture::~ViewFixture()
 void ViewFixture::release()
 {
     qDeleteAll(m_models.children());
+    m_coachTips.reset();
+    m_keySettings.reset();
+    m_tipPresenter.reset();
+    m_clock.reset();
+    m_keyMonitor.reset();
     m_keyNames.reset();
     m_hotkeys.reset();
     m_defaults.reset();
@@ -115,6 +125,12 @@ void ViewFixture::reset()
     m_hotkeys = std::make_unique<HotkeyManager>(*m_defaults, *m_scheduler, [] {});
     m_keyNames = std::make_unique<KeyNamePreference>(*m_defaults);
     m_hotkeys->followKeyNames(*m_keyNames);
+    m_keyMonitor = std::make_unique<FakeSystemKeyMonitor>();
+    m_clock = std::make_unique<FakeClock>();
+    m_tipPresenter = std::make_unique<FakeCoachTipPresenter>();
+    m_keySettings = std::make_unique<FakeDesktopKeySettings>();
+    m_coachTips = std::make_unique<CoachTipController>(
+        *m_defaults, *m_clock, *m_scheduler, *m_keyMonitor, *m_tipPresenter, *m_keySettings);
 }
 
 QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID)
@@ -177,8 +193,10 @@ QObject* ViewFixture::browser()
 
 QObject* ViewFixture::settings()
 {
-    return keep(
-        new SettingsModel(*m_store, m_hotkeys.get(), *m_keyNames, m_desktop->trust, &m_models));
+    auto* model =
+        new SettingsModel(*m_store, m_hotkeys.get(), *m_keyNames, m_desktop->trust, &m_models);
+    model->watchCoachTips(*m_coachTips);
+    return keep(model);
 }
 
 void ViewFixture::startScan(const QString& appName, const QString& bundleID)
@@ -204,6 +222,14 @@ bool ViewFixture::removeFile(const QString& path) const
 void ViewFixture::setSessionGrabsKeys(bool grabs)
 {
     m_hotKeyService->grabs = grabs;
+}
+
+void ViewFixture::refuseTipKeys(const QString& reason)
+{
+    m_coachTips->stop();
+    m_keyMonitor->available = false;
+    m_keyMonitor->reason = reason;
+    m_coachTips->start();
 }
 
 bool ViewFixture::doAccessibleAction(QObject* item, const QString& action) const

@@ -8,13 +8,18 @@
 #include <memory>
 
 namespace Tessaline {
+class CoachTipController;
 class DefaultsStore;
 class KeyNamePreference;
 class HotkeyManager;
 class VaultStore;
 namespace Testing {
+class FakeClock;
+class FakeCoachTipPresenter;
+class FakeDesktopKeySettings;
 class FakeHotKeyService;
 class FakeScanDesktop;
+class FakeSystemKeyMonitor;
 class ManualScheduler;
 } // namespace Testing
 } // namespace Tessaline
@@ -75,6 +80,9 @@ public:
     /// global-shortcuts service is), or one that does.
     Q_INVOKABLE
     void setSessionGrabsKeys(bool grabs);
+    /// Starts the coach tips on a desktop that keeps their keys from Tessaline for `reason`.
+    Q_INVOKABLE
+    void refuseTipKeys(const QString& reason);
 
 private:
     void release();
@@ -87,6 +95,11 @@ private:
     std::unique_ptr<Tessaline::DefaultsStore> m_defaults;
     std::unique_ptr<Tessaline::HotkeyManager> m_hotkeys;
     std::unique_ptr<Tessaline::KeyNamePreference> m_keyNames;
+    std::unique_ptr<Tessaline::Testing::FakeSystemKeyMonitor> m_keyMonitor;
+    std::unique_ptr<Tessaline::Testing::FakeClock> m_clock;
+    std::unique_ptr<Tessaline::Testing::FakeCoachTipPresenter> m_tipPresenter;
+    std::unique_ptr<Tessaline::Testing::FakeDesktopKeySettings> m_keySettings;
+    std::unique_ptr<Tessaline::CoachTipController> m_coachTips;
     QObject m_models;
     QStringList m_copied;
 };

@@ -72,6 +72,19 @@ Item {
             tryVerify(() => hint.height >= hint.contentHeight, 2000)
         }
 
+        function test_coachTipsOffSaysWhy() {
+            let view = makeView()
+            verify(!findChild(view, "coachTipsNote").visible)
+            const reason = "Coach tips are off: Tessaline may not read the keyboard. Add your user to the \"input\" group and log in again."
+            fixture.refuseTipKeys(reason)
+            const note = findChild(view, "coachTipsNote")
+            tryVerify(() => note.visible)
+            compare(note.text, reason)
+            compare(note.Accessible.name, reason)
+            tryVerify(() => note.lineCount > 1)
+            tryVerify(() => note.parent.height >= note.contentHeight, 2000)
+        }
+
         function test_keyNamesChoiceRedrawsTheHotkey() {
             const view = makeView()
             record(view)

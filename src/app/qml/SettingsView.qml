@@ -193,6 +193,22 @@ ThemedSurface {
                         Accessible.name: text
                     }
                 }
+                // The wrapped text sets the height of its frame, which the card's layout follows.
+                Item {
+                    visible: coachTipsNote.text.length > 0
+                    Layout.fillWidth: true
+                    implicitHeight: coachTipsNote.implicitHeight
+                    Label {
+                        id: coachTipsNote
+                        objectName: "coachTipsNote"
+                        width: parent.width
+                        text: root.model.coachTipsNote
+                        color: root.orange
+                        font.pixelSize: 12
+                        wrapMode: Text.WordWrap
+                        Accessible.name: text
+                    }
+                }
                 Button {
                     text: "Turn On Accessibility"
                     Accessible.name: text

@@ -72,6 +72,11 @@ void CoachTipController::start()
                 weakSelf->route(event);
         });
     });
+    const QString reason = started ? QString() : m_monitor.unavailableReason();
+    if (reason != m_unavailableReason) {
+        m_unavailableReason = reason;
+        emit unavailableReasonChanged(reason);
+    }
     if (!started)
         return;
     m_monitoring = true;

@@ -26,6 +26,7 @@ class CoachTipController : public QObject
     Q_OBJECT
     Q_PROPERTY(bool monitoring READ isMonitoring NOTIFY monitoringChanged)
     Q_PROPERTY(QString shownTipId READ shownTipId NOTIFY shownTipIdChanged)
+    Q_PROPERTY(QString unavailableReason READ unavailableReason NOTIFY unavailableReasonChanged)
 
 public:
     /// Seconds a tip waits after it was shown before it may show again (eight hours).
@@ -48,6 +49,9 @@ public:
     void stop();
 
     bool isMonitoring() const { return m_monitoring; }
+    /// Why the tips could not start, in one line for the user; empty while they run or when
+    /// the key monitor gave no reason.
+    QString unavailableReason() const { return m_unavailableReason; }
     /// The id of the tip whose panel is on screen; empty when there is none.
     QString shownTipId() const { return m_panel ? m_shownTipId : QString(); }
     /// The panel on screen, if any.
@@ -63,6 +67,7 @@ public:
 signals:
     void monitoringChanged(bool monitoring);
     void shownTipIdChanged(const QString& tipId);
+    void unavailableReasonChanged(const QString& reason);
     /// A tip passed its checks and its panel was put on screen.
     void tipShown(const QString& tipId);
 
@@ -81,6 +86,7 @@ private:
     CoachTipPresenter& m_presenter;
     const DesktopKeySettings& m_keySettings;
     bool m_monitoring = false;
+    QString m_unavailableReason;
     std::optional<CoachTipPresenter::PanelId> m_panel;
     QString m_shownTipId;
 };

@@ -106,6 +106,9 @@ public:
     virtual bool start(Handler handler) = 0;
     /// Stops delivering events and drops the handler.
     virtual void stop() = 0;
+    /// After start() returned false: one line for the user on why no events come and what to
+    /// do about it; empty when there is nothing the user can do.
+    virtual QString unavailableReason() const { return {}; }
 };
 
 } // namespace Tessaline

@@ -33,7 +33,7 @@ public:
     void stop() override;
 
     /// Why the tips cannot hear their keys, in one line for the user; empty while running.
-    QString unavailableReason() const { return m_unavailableReason; }
+    QString unavailableReason() const override { return m_unavailableReason; }
 
     /// True for the kernel key codes of the tip keys.
     static bool isTipKey(quint16 code);

@@ -159,12 +159,17 @@ void TestCoachTipController::startRetriesWhenTheMonitorIsUnavailable()
     FakeCoachTipPresenter presenter;
     FakeDesktopKeySettings keys;
     monitor.available = false;
+    monitor.reason = QStringLiteral("Coach tips are off: no keyboard was found.");
     CoachTipController controller(defaults, clock, scheduler, monitor, presenter, keys);
     QSignalSpy monitoringSpy(&controller, &CoachTipController::monitoringChanged);
+    QSignalSpy reasonSpy(&controller, &CoachTipController::unavailableReasonChanged);
 
     controller.start();
     QVERIFY(!controller.isMonitoring());
     QCOMPARE(monitoringSpy.count(), 0);
+    // The monitor's reason is kept for the settings window.
+    QCOMPARE(controller.unavailableReason(), monitor.reason);
+    QCOMPARE(reasonSpy.count(), 1);
 
     monitor.available = true;
     controller.start();
@@ -172,6 +177,8 @@ void TestCoachTipController::startRetriesWhenTheMonitorIsUnavailable()
     QVERIFY(controller.isMonitoring());
     QCOMPARE(monitoringSpy.count(), 1);
     QCOMPARE(monitoringSpy.at(0).at(0).toBool(), true);
+    QVERIFY(controller.unavailableReason().isEmpty());
+    QCOMPARE(reasonSpy.count(), 2);
 }
 
 void TestCoachTipController::stopRemovesTheMonitorAndThePanel()
