@@ -12,6 +12,7 @@ constexpr int kRegisterTimeoutMs = 1000;
 const QString kEventWindow = QStringLiteral("org.a11y.atspi.Event.Window");
 const QString kEventObject = QStringLiteral("org.a11y.atspi.Event.Object");
 const QString kActivate = QStringLiteral("Activate");
+const QString kDeactivate = QStringLiteral("Deactivate");
 const QString kStateChanged = QStringLiteral("StateChanged");
 
 } // namespace
@@ -20,7 +21,8 @@ AtspiEventWatcher::AtspiEventWatcher(QDBusConnection bus, QObject* parent)
     : QObject(parent), m_bus(std::move(bus))
 {
     for (const QString& event :
-         {QStringLiteral("window:activate"), QStringLiteral("object:state-changed:focused")}) {
+         {QStringLiteral("window:activate"), QStringLiteral("window:deactivate"),
+          QStringLiteral("object:state-changed:focused")}) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             AtspiBus::kRegistry, QStringLiteral("/org/a11y/atspi/registry"),
             QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("RegisterEvent"));
@@ -29,6 +31,8 @@ AtspiEventWatcher::AtspiEventWatcher(QDBusConnection bus, QObject* parent)
     }
     m_bus.connect(QString(), QString(), kEventWindow, kActivate, this,
                   SLOT(activateEvent(QDBusMessage)));
+    m_bus.connect(QString(), QString(), kEventWindow, kDeactivate, this,
+                  SLOT(deactivateEvent(QDBusMessage)));
     m_bus.connect(QString(), QString(), kEventObject, kStateChanged, this,
                   SLOT(stateChangedEvent(QDBusMessage)));
 }
@@ -37,6 +41,8 @@ AtspiEventWatcher::~AtspiEventWatcher()
 {
     m_bus.disconnect(QString(), QString(), kEventWindow, kActivate, this,
                      SLOT(activateEvent(QDBusMessage)));
+    m_bus.disconnect(QString(), QString(), kEventWindow, kDeactivate, this,
+                     SLOT(deactivateEvent(QDBusMessage)));
     m_bus.disconnect(QString(), QString(), kEventObject, kStateChanged, this,
                      SLOT(stateChangedEvent(QDBusMessage)));
 }
@@ -45,6 +51,12 @@ void AtspiEventWatcher::activateEvent(const QDBusMessage& message)
 {
     if (!message.service().isEmpty())
         emit windowActivated(message.service());
+}
+
+void AtspiEventWatcher::deactivateEvent(const QDBusMessage& message)
+{
+    if (!message.service().isEmpty())
+        emit windowDeactivated(message.service());
 }
 
 void AtspiEventWatcher::stateChangedEvent(const QDBusMessage& message)

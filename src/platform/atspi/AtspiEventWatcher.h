@@ -23,12 +23,15 @@ public:
 Q_SIGNALS:
     /// A window of the application with this bus name became active.
     void windowActivated(const QString& busName);
+    /// The active window of the application with this bus name lost the focus.
+    void windowDeactivated(const QString& busName);
     /// `object` took the keyboard focus.
     void focused(const Tessaline::AtspiReference& object);
 
 private Q_SLOTS:
     // QtDBus delivers bus signals to named slots only.
     void activateEvent(const QDBusMessage& message);
+    void deactivateEvent(const QDBusMessage& message);
     void stateChangedEvent(const QDBusMessage& message);
 
 private:

@@ -73,6 +73,8 @@ AtspiWorkspace::AtspiWorkspace(const DesktopEntryLookup& entries, QObject* paren
     }
     m_events = std::make_unique<AtspiEventWatcher>(*m_bus);
     connect(m_events.get(), &AtspiEventWatcher::windowActivated, this, &AtspiWorkspace::noteActive);
+    connect(m_events.get(), &AtspiEventWatcher::windowDeactivated, this,
+            &AtspiWorkspace::noteInactive);
     connect(m_events.get(), &AtspiEventWatcher::focused, this,
             [this](const AtspiReference& object) { noteActive(object.service); });
 }
@@ -81,12 +83,28 @@ AtspiWorkspace::~AtspiWorkspace() = default;
 
 void AtspiWorkspace::noteActive(const QString& busName)
 {
-    if (busName.isEmpty() || m_frontBusName == busName)
+    if (busName.isEmpty())
         return;
     const std::optional<RunningApplication> application = applicationOf(busName);
     if (!application)
         return; // Tessaline's own windows leave the application in front as it was.
+    m_order.activated(busName);
+    if (m_frontBusName == busName)
+        return;
     m_frontBusName = busName;
+    emit applicationActivated(application);
+}
+
+void AtspiWorkspace::noteInactive(const QString& busName)
+{
+    // A window that loses the focus may have called itself active a moment before, after the
+    // window that took the focus: the application activated before it is in front again.
+    if (!m_order.deactivated(busName) || !m_order.front() || m_frontBusName == m_order.front())
+        return;
+    const std::optional<RunningApplication> application = applicationOf(*m_order.front());
+    if (!application)
+        return;
+    m_frontBusName = m_order.front();
     emit applicationActivated(application);
 }
 
@@ -102,13 +120,22 @@ std::optional<RunningApplication> AtspiWorkspace::applicationOf(const QString& b
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
     pidCall << busName;
-    const auto replies = AtspiBus::callAll(
-        *m_bus, {pidCall, propertyCall(busName, QStringLiteral("Name"))}, kCallTimeoutMs);
+    // The bus answers for the process; only another process is asked for its name: Tessaline's
+    // own accessibility interface runs on this thread and would answer only after the wait.
+    const auto pidReply = AtspiBus::callAll(*m_bus, {pidCall}, kCallTimeoutMs);
+    const qint64 pid = pidReply ? firstArgument(pidReply->first()).toLongLong() : 0;
+    if (pidReply && pid == m_ownPid) {
+        m_known.insert(busName, std::nullopt);
+        return std::nullopt;
+    }
+    const auto replies =
+        pidReply ? AtspiBus::callAll(*m_bus, {propertyCall(busName, QStringLiteral("Name"))},
+                                     kCallTimeoutMs)
+                 : std::nullopt;
     std::optional<RunningApplication> result;
     if (replies) {
-        const qint64 pid = firstArgument(replies->at(0)).toLongLong();
-        const QString name = firstArgument(replies->at(1)).toString();
-        if (pid != m_ownPid && (pid > 0 || !name.isEmpty())) {
+        const QString name = firstArgument(replies->at(0)).toString();
+        if (pid > 0 || !name.isEmpty()) {
             RunningApplication application;
             application.processId = pid;
             application.bundleIdentifier = m_identity->bundleIdentifier(pid, name);
@@ -144,14 +171,17 @@ QList<AtspiWorkspace::Registered> AtspiWorkspace::registeredApplications(bool wi
     // One application that does not answer must not hide the others: ask each on its own.
     for (const AtspiReference& registered : AtspiBus::childrenOf(registry->first())) {
         const QString busName = registered.service;
+        // Asked first: it leaves out Tessaline itself, which cannot answer while it waits here.
+        const std::optional<RunningApplication> application = applicationOf(busName);
+        if (!application)
+            continue;
         if (withWindowsOnly) {
             const auto count = AtspiBus::callAll(
                 *m_bus, {propertyCall(busName, QStringLiteral("ChildCount"))}, kCallTimeoutMs);
             if (!count || firstArgument(count->first()).toInt() < 1)
                 continue;
         }
-        if (const std::optional<RunningApplication> application = applicationOf(busName))
-            found.append(Registered{busName, *application});
+        found.append(Registered{busName, *application});
     }
     return found;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "context/ActivationOrder.h"
 #include "platform/Workspace.h"
 
 #include <QDBusConnection>
@@ -46,6 +47,7 @@ private:
     /// The application behind a bus name; nothing for Tessaline's own or an unknown sender.
     std::optional<RunningApplication> applicationOf(const QString& busName) const;
     void noteActive(const QString& busName);
+    void noteInactive(const QString& busName);
     /// The bus name of the application with an active window, other than Tessaline.
     std::optional<QString> activeBusName() const;
 
@@ -55,6 +57,8 @@ private:
     std::unique_ptr<AtspiEventWatcher> m_events;
     qint64 m_ownPid;
     mutable QHash<QString, std::optional<RunningApplication>> m_known;
+    /// The applications' bus names in the order their windows were activated.
+    ActivationOrder m_order;
     /// The application last seen in front.
     mutable std::optional<QString> m_frontBusName;
 };
