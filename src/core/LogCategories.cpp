@@ -12,6 +12,7 @@ Q_LOGGING_CATEGORY(lcHotKey, "tessaline.hotkey", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcCoach, "tessaline.coach", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcHud, "tessaline.hud", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcHudTiming, "tessaline.hud.timing", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcTrackerTiming, "tessaline.tracker.timing", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcStall, "tessaline.stall", QtWarningMsg)
 
 } // namespace Tessaline

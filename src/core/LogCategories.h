@@ -26,6 +26,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcCoach)
 Q_DECLARE_LOGGING_CATEGORY(lcHud)
 /// How long the HUD takes to show and close.
 Q_DECLARE_LOGGING_CATEGORY(lcHudTiming)
+/// When the app in front changed, as a wall-clock time, for the focus-change benchmark.
+Q_DECLARE_LOGGING_CATEGORY(lcTrackerTiming)
 /// Turns of the event loop that came late: how long the interface could not answer.
 Q_DECLARE_LOGGING_CATEGORY(lcStall)
 

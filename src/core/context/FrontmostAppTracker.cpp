@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "context/FrontmostAppTracker.h"
 
+#include "LogCategories.h"
 #include "platform/Workspace.h"
 #include "settings/DefaultsStore.h"
 
 #include <QPointer>
 
+#include <chrono>
 #include <functional>
 
 namespace Tessaline {
@@ -90,6 +92,13 @@ void FrontmostAppTracker::accept(const std::optional<RunningApplication>& app)
 
     m_current =
         TrackedApp{app->localizedName.value_or(QStringLiteral("Desktop")), app->bundleIdentifier};
+    if (lcTrackerTiming().isDebugEnabled()) {
+        const auto now = std::chrono::system_clock::now().time_since_epoch();
+        qCDebug(lcTrackerTiming, "app in front %s at %lld us",
+                qUtf8Printable(m_current.bundleID.value_or(m_current.name)),
+                static_cast<long long>(
+                    std::chrono::duration_cast<std::chrono::microseconds>(now).count()));
+    }
     emit currentChanged();
     save(m_current);
 }
