@@ -53,7 +53,8 @@ class Backend(dbus.service.Object):
     @dbus.service.method(IMPL, in_signature="oosa{sv}", out_signature="ua{sv}")
     def CreateSession(self, handle, session_handle, app_id, options):
         self.sessions[str(session_handle)] = Session(self, str(session_handle), str(app_id))
-        return dbus.UInt32(0), dbus.Dictionary({}, signature="sv")
+        # xdg-desktop-portal 1.16 reads the session's shortcuts from this answer too.
+        return dbus.UInt32(0), {"shortcuts": self.described(self.sessions[str(session_handle)])}
 
     @dbus.service.method(IMPL, in_signature="ooa(sa{sv})sa{sv}", out_signature="ua{sv}")
     def BindShortcuts(self, handle, session_handle, shortcuts, parent_window, options):
@@ -62,7 +63,7 @@ class Backend(dbus.service.Object):
         if session is None:
             return dbus.UInt32(2), dbus.Dictionary({}, signature="sv")
         if self.declining:
-            return dbus.UInt32(1), dbus.Dictionary({}, signature="sv")
+            return dbus.UInt32(1), {"shortcuts": dbus.Array([], signature="(sa{sv})")}
         for shortcut_id, properties in shortcuts:
             session.shortcuts[str(shortcut_id)] = str(properties.get("preferred_trigger", ""))
         return dbus.UInt32(0), {"shortcuts": self.described(session)}
