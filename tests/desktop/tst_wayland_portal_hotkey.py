@@ -3,7 +3,8 @@
 real xdg-desktop-portal frontend, pointed at the test backend portal_shortcuts_backend.py, binds
 the user's combination; the backend's Activated signal toggles the HUD; changing the hotkey in
 the settings binds the new combination, disabling unbinds it, a restart binds again; a user who
-declines gets the settings' hint to bind tessaline --toggle instead.
+declines, or a portal without global shortcuts, gets the settings' hint to bind
+tessaline --toggle instead.
 
 Runs inside scripts/wayland-session (headless sway, no X server), as the session's user.
 """
@@ -100,6 +101,20 @@ def do_action(predicate, wanted):
     return False
 
 
+def portal_call(*method):
+    return run("gdbus", "call", "--session", "--dest", "org.freedesktop.portal.Desktop",
+               "--object-path", "/org/freedesktop/portal/desktop", "--method", *method)
+
+
+def portal_serves_shortcuts():
+    return portal_call("org.freedesktop.DBus.Properties.Get",
+                       "org.freedesktop.portal.GlobalShortcuts", "version").returncode == 0
+
+
+def portal_running():
+    return portal_call("org.freedesktop.DBus.Peer.Ping").returncode == 0
+
+
 def start_tessaline(env, log):
     app = subprocess.Popen([TESSALINE], env=env, stdout=subprocess.DEVNULL, stderr=log)
     check(wait_until(bus_name_owned, 20), "Tessaline starts and owns its bus name")
@@ -137,11 +152,7 @@ try:
     helpers.append(subprocess.Popen(["/usr/libexec/xdg-desktop-portal", "--replace", "--verbose"],
                                     env=dict(os.environ, XDG_DESKTOP_PORTAL_DIR=portals),
                                     stdout=log, stderr=log))
-    check(wait_until(lambda: run("gdbus", "call", "--session", "--dest", "org.freedesktop.portal.Desktop",
-                                 "--object-path", "/org/freedesktop/portal/desktop", "--method",
-                                 "org.freedesktop.DBus.Properties.Get",
-                                 "org.freedesktop.portal.GlobalShortcuts", "version").returncode == 0, 20),
-          "the portal frontend serves global shortcuts")
+    check(wait_until(portal_serves_shortcuts, 20), "the portal frontend serves global shortcuts")
 
     tessaline = start_tessaline(env, log)
     check(wait_until(lambda: triggers() == ["CTRL+SHIFT+s"], 15),
@@ -201,6 +212,23 @@ try:
     if os.environ.get("TESSALINE_SCREENSHOT_DIR"):
         os.makedirs(os.environ["TESSALINE_SCREENSHOT_DIR"], exist_ok=True)
         run("grim", os.path.join(os.environ["TESSALINE_SCREENSHOT_DIR"], "wayland-portal-declined.png"))
+    check(tessaline.poll() is None, "Tessaline is still running")
+
+    # A portal without global shortcuts: Tessaline asks nothing and shows the hint at once.
+    stop_tessaline(tessaline)
+    tessaline = None
+    empty = os.path.join(home, "no-portals")
+    os.makedirs(empty)
+    helpers.append(subprocess.Popen(["/usr/libexec/xdg-desktop-portal", "--replace"],
+                                    env=dict(os.environ, XDG_DESKTOP_PORTAL_DIR=empty),
+                                    stdout=log, stderr=log))
+    check(wait_until(lambda: not portal_serves_shortcuts() and portal_running(), 20),
+          "the replaced portal frontend serves no global shortcuts")
+    binds_before = bind_count()
+    tessaline = start_tessaline(env, log)
+    control("ShowSettings")
+    check(wait_until(hint_shown, 10), "without global shortcuts the settings show the hint")
+    check(bind_count() == binds_before, "nothing was asked of the backend")
     check(tessaline.poll() is None, "Tessaline is still running")
 finally:
     if tessaline is not None and tessaline.poll() is None:
