@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 """A desktop's global-shortcuts backend for the tests: serves
-org.freedesktop.impl.portal.GlobalShortcuts to the real xdg-desktop-portal frontend, binds every
-shortcut with the trigger the application prefers (or declines every binding, as a user who says
-no), and lets the test press and release bound triggers through a control interface
-(org.tessaline.test.ShortcutsBackend on the backend's object).
+org.freedesktop.impl.portal.GlobalShortcuts to the real xdg-desktop-portal frontend and binds
+every shortcut with the trigger the application prefers, or declines every binding (a user who
+says no), or leaves them unanswered (a user who never closes the dialog). A control interface
+(org.tessaline.test.ShortcutsBackend on the backend's object) lets the test choose, see what is
+bound, and press and release bound triggers.
 
 Usage: portal_shortcuts_backend.py BUS_NAME
 """
@@ -47,6 +48,8 @@ class Backend(dbus.service.Object):
         self.bus = bus
         self.sessions = {}
         self.declining = False
+        self.holding = False
+        self.held = []
         self.bindings = 0
 
     # The backend interface the frontend calls.
@@ -56,17 +59,23 @@ class Backend(dbus.service.Object):
         # xdg-desktop-portal 1.16 reads the session's shortcuts from this answer too.
         return dbus.UInt32(0), {"shortcuts": self.described(self.sessions[str(session_handle)])}
 
-    @dbus.service.method(IMPL, in_signature="ooa(sa{sv})sa{sv}", out_signature="ua{sv}")
-    def BindShortcuts(self, handle, session_handle, shortcuts, parent_window, options):
+    @dbus.service.method(IMPL, in_signature="ooa(sa{sv})sa{sv}", out_signature="ua{sv}",
+                         async_callbacks=("reply", "error"))
+    def BindShortcuts(self, handle, session_handle, shortcuts, parent_window, options, reply, error):
         self.bindings += 1
+        if self.holding:
+            # As a user who leaves the dialog open: no answer yet.
+            self.held.append(reply)
+            return
         session = self.sessions.get(str(session_handle))
         if session is None:
-            return dbus.UInt32(2), dbus.Dictionary({}, signature="sv")
-        if self.declining:
-            return dbus.UInt32(1), {"shortcuts": dbus.Array([], signature="(sa{sv})")}
-        for shortcut_id, properties in shortcuts:
-            session.shortcuts[str(shortcut_id)] = str(properties.get("preferred_trigger", ""))
-        return dbus.UInt32(0), {"shortcuts": self.described(session)}
+            reply(dbus.UInt32(2), dbus.Dictionary({}, signature="sv"))
+        elif self.declining:
+            reply(dbus.UInt32(1), {"shortcuts": dbus.Array([], signature="(sa{sv})")})
+        else:
+            for shortcut_id, properties in shortcuts:
+                session.shortcuts[str(shortcut_id)] = str(properties.get("preferred_trigger", ""))
+            reply(dbus.UInt32(0), {"shortcuts": self.described(session)})
 
     @dbus.service.method(IMPL, in_signature="oo", out_signature="ua{sv}")
     def ListShortcuts(self, handle, session_handle):
@@ -116,6 +125,11 @@ class Backend(dbus.service.Object):
     @dbus.service.method(CONTROL, in_signature="b", out_signature="")
     def SetDeclining(self, declining):
         self.declining = bool(declining)
+
+    @dbus.service.method(CONTROL, in_signature="b", out_signature="")
+    def SetHolding(self, holding):
+        """While holding, bindings get no answer, as if the user never closed the dialog."""
+        self.holding = bool(holding)
 
     @dbus.service.method(CONTROL, in_signature="sb", out_signature="u")
     def Trigger(self, trigger, pressed):

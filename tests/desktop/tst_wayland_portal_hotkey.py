@@ -198,13 +198,44 @@ try:
     check(wait_until(lambda: triggers() == [], 10), "disabling unbinds the shortcut: %r" % triggers())
     check(not trigger("CTRL+ALT+j", True), "the disabled combination reaches nobody")
 
+    # A portal that leaves while the user has its dialog open: the request ends as refused.
+    toggle = lambda n: n.name == "Enable custom HUD hotkey"  # noqa: E731
+
+    def switch_hotkey(on, what):
+        checked = lambda: any(pyatspi.STATE_CHECKED in n.getState().getStates()  # noqa: E731
+                              for n in find_all(tessaline_app(), toggle))
+        if checked() != on:
+            do_action(toggle, "toggle") or do_action(toggle, "press")
+        check(wait_until(lambda: checked() == on, 10), what)
+
+    backend("SetHolding", "true")
+    binds_before = bind_count()
+    switch_hotkey(True, "the hotkey is turned on again in the settings")
+    check(wait_until(lambda: bind_count() > binds_before, 10), "Tessaline asks the desktop to bind it")
+    check(not hint_shown(), "no hint while the desktop has not answered")
+    frontend = helpers.pop()
+    frontend.terminate()
+    frontend.wait(10)
+    check(wait_until(hint_shown, 10), "the portal leaving unanswered ends with the hint")
+
+    # The portal back and the user agreeing: turning the hotkey off and on binds it, no hint.
+    backend("SetHolding", "false")
+    helpers.append(subprocess.Popen(["/usr/libexec/xdg-desktop-portal", "--replace"],
+                                    env=dict(os.environ, XDG_DESKTOP_PORTAL_DIR=portals),
+                                    stdout=log, stderr=log))
+    check(wait_until(portal_serves_shortcuts, 20), "the portal frontend is back")
+    switch_hotkey(False, "the hotkey is turned off")
+    switch_hotkey(True, "the hotkey is turned on")
+    check(wait_until(lambda: triggers() == ["CTRL+ALT+j"], 15),
+          "the returned portal binds CTRL+ALT+j: %r" % triggers())
+    check(wait_until(lambda: not hint_shown(), 10), "a granted binding takes the hint away")
+
     # A user who declines: turning the hotkey on again ends with the hint, as on a desktop that
     # lets no app take a key.
-    binds_before = bind_count()
     backend("SetDeclining", "true")
-    toggle = lambda n: n.name == "Enable custom HUD hotkey"  # noqa: E731
-    check(wait_until(lambda: do_action(toggle, "toggle") or do_action(toggle, "press"), 10),
-          "the hotkey is turned on again in the settings")
+    switch_hotkey(False, "the hotkey is turned off again")
+    binds_before = bind_count()
+    switch_hotkey(True, "the hotkey is turned on once more")
     check(wait_until(lambda: bind_count() > binds_before, 10),
           "Tessaline asks the desktop to bind it")
     check(wait_until(hint_shown, 10), "after the refusal the settings say how to bind tessaline --toggle")

@@ -11,6 +11,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
 namespace Tessaline {
@@ -79,6 +80,19 @@ DBusGlobalShortcutsPortal::DBusGlobalShortcutsPortal(QDBusConnection bus) : m_bu
                       SLOT(onDeactivated(QDBusMessage)));
     if (!listening)
         qCWarning(lcHotKey) << "cannot listen to the portal's shortcuts:" << m_bus.lastError();
+
+    // A portal that leaves the bus answers none of its requests: end them as failed, so that
+    // the hot keys are not left waiting for ever.
+    auto* watcher = new QDBusServiceWatcher(PortalNames::service(), m_bus,
+                                            QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        const auto pending = findChildren<PortalRequest*>(QString(), Qt::FindDirectChildrenOnly);
+        if (!pending.isEmpty())
+            qCWarning(lcHotKey) << "the portal left the bus with" << pending.size()
+                                << "requests unanswered";
+        for (PortalRequest* request : pending)
+            request->fail(GlobalShortcutsPortal::responseOther);
+    });
 }
 
 bool DBusGlobalShortcutsPortal::isAvailable(const QDBusConnection& bus, int timeoutMs)
