@@ -16,6 +16,9 @@ class HotKey : public std::enable_shared_from_this<HotKey>
 {
 public:
     using Handler = std::function<void()>;
+    /// Called with a status when the system answers the registration late (see
+    /// HotKeyService::RegistrationHandler).
+    using RegistrationHandler = std::function<void(int status)>;
 
     /// Creates and registers a hot key for `keyCombo`.
     static std::shared_ptr<HotKey> create(KeyCombo keyCombo, Handler keyDownHandler = {},
@@ -39,6 +42,12 @@ public:
     const Handler& keyUpHandler() const { return m_keyUpHandler; }
     void setKeyUpHandler(Handler handler) { m_keyUpHandler = std::move(handler); }
 
+    const RegistrationHandler& registrationHandler() const { return m_registrationHandler; }
+    void setRegistrationHandler(RegistrationHandler handler)
+    {
+        m_registrationHandler = std::move(handler);
+    }
+
     bool isPaused() const { return m_isPaused; }
     /// Pausing unregisters; unpausing registers again, under a new id.
     void setPaused(bool paused);
@@ -50,6 +59,7 @@ private:
     KeyCombo m_keyCombo;
     Handler m_keyDownHandler;
     Handler m_keyUpHandler;
+    RegistrationHandler m_registrationHandler;
     bool m_isPaused = false;
 };
 

@@ -46,6 +46,9 @@ class HotKeyService
 public:
     using Reference = quint64;
     using EventHandler = std::function<int(const HotKeyEvent*)>;
+    /// Told a registration's final answer when the system gives it after `registerHotKey` has
+    /// returned: Status::noError when granted, else the status that says why it was refused.
+    using RegistrationHandler = std::function<void(HotKeyId id, int status)>;
 
     /// The reference of a granted registration, or the status code that says why the system
     /// refused it (for example Status::hotKeyExists).
@@ -63,6 +66,9 @@ public:
     virtual void unregisterHotKey(Reference reference) = 0;
     /// Installs the handler that every later event is passed to.
     virtual void installEventHandler(EventHandler handler) = 0;
+    /// Installs the handler of late answers. A service whose answer is the one `registerHotKey`
+    /// returns never calls it.
+    virtual void installRegistrationHandler(RegistrationHandler) {}
 
     /// False for a session that lets no application take a key system-wide (then every
     /// registration is refused and the user binds a command in the desktop's own settings).

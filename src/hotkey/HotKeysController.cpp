@@ -27,6 +27,8 @@ void HotKeysController::setService(HotKeyService* service)
     Registry& state = registry();
     state.service = service;
     state.eventHandlerInstalled = false;
+    if (service != nullptr)
+        service->installRegistrationHandler(&HotKeysController::handleRegistration);
 }
 
 HotKeyService* HotKeysController::service()
@@ -130,6 +132,22 @@ int HotKeysController::handleEvent(const HotKeyEvent* event)
         return Status::eventNotHandled;
     handler();
     return Status::noError;
+}
+
+void HotKeysController::handleRegistration(HotKeyId id, int status)
+{
+    if (id.signature != eventHotKeySignature)
+        return;
+    Registry& state = registry();
+    const auto it = state.hotKeys.find(id.id);
+    if (it == state.hotKeys.end())
+        return;
+    // The service has already let go of a refused key; the entry keeps no reference to it.
+    if (status != Status::noError)
+        it->second.carbonEventHotKey.reset();
+    const std::shared_ptr<HotKey> target = it->second.hotKey.lock();
+    if (target && target->registrationHandler())
+        target->registrationHandler()(status);
 }
 
 const std::map<quint32, HotKeyBox>& HotKeysController::hotKeys()

@@ -34,7 +34,8 @@ public:
         (quint32('M') << 24) | (quint32('r') << 16) | (quint32('v') << 8) | quint32('k');
 
     /// The system service hot keys are registered with. A new service starts without the
-    /// event handler, which is installed at its first successful registration.
+    /// event handler, which is installed at its first successful registration; the handler of
+    /// late registration answers is installed at once.
     static void setService(HotKeyService* service);
     static HotKeyService* service();
 
@@ -46,6 +47,9 @@ public:
 
     /// Dispatches a system event to the hot key it names; returns a status.
     static int handleEvent(const HotKeyEvent* event);
+    /// Takes the system's late answer to a registration: a refusal leaves the entry without a
+    /// reference, as a registration refused at once does; either way the hot key is told.
+    static void handleRegistration(HotKeyId id, int status);
 
     static const std::map<quint32, HotKeyBox>& hotKeys();
     static quint32 hotKeysCount();

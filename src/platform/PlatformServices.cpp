@@ -16,6 +16,8 @@
 #include "platform/inert/InertWindowHints.h"
 #include "platform/inert/InertWorkspace.h"
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
+#include "platform/portal/DBusGlobalShortcutsPortal.h"
+#include "platform/portal/PortalHotKeyService.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/qt/WaylandClipboard.h"
@@ -50,16 +52,28 @@ bool isWaylandSession()
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+// The global hotkey of a Wayland session: the desktop portal's global shortcuts when it serves
+// them; otherwise none (the settings then say which command to bind in the desktop instead).
+std::unique_ptr<HotKey::HotKeyService> waylandHotKeyService()
+{
+    if (!DBusGlobalShortcutsPortal::isAvailable())
+        return std::make_unique<InertHotKeyService>();
+    return std::make_unique<PortalHotKeyService>(std::make_unique<DBusGlobalShortcutsPortal>(),
+                                                 QStringLiteral("Show or hide the Tessaline HUD"));
+}
+
 // A session without a backend of its own: Tessaline runs, shows its windows and reads menus,
-// but takes no keys; on Wayland the accessibility bus still tells which applications run.
+// but takes no keys; on Wayland the accessibility bus still tells which applications run and
+// the desktop portal may give the hotkey.
 void addInertServices(PlatformServices& services)
 {
     if (isWaylandSession()) {
         qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
-                         "accessibility bus; no hot keys or key injection";
+                         "accessibility bus; no key injection";
         services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
         services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
+        services.hotKeys = waylandHotKeyService();
     } else {
         qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
         services.workspace = std::make_unique<InertWorkspace>();
@@ -67,7 +81,8 @@ void addInertServices(PlatformServices& services)
     if (!services.keyMonitor)
         services.keyMonitor = std::make_unique<InertKeyMonitor>();
     services.keyInjector = std::make_unique<InertKeyInjector>();
-    services.hotKeys = std::make_unique<InertHotKeyService>();
+    if (!services.hotKeys)
+        services.hotKeys = std::make_unique<InertHotKeyService>();
     services.windowHints = std::make_unique<InertWindowHints>();
     services.trayAppearance = std::make_unique<InertTrayAppearance>();
 }

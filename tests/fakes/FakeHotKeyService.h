@@ -40,6 +40,7 @@ public:
     std::map<Reference, Active> active;
     EventHandler handler;
     int handlerInstalls = 0;
+    RegistrationHandler registrationHandler;
     std::optional<QList<QVariantMap>> symbolic;
     std::optional<HotKey::Menu> menu;
 
@@ -63,6 +64,27 @@ public:
     {
         handler = std::move(newHandler);
         ++handlerInstalls;
+    }
+
+    void installRegistrationHandler(RegistrationHandler newHandler) override
+    {
+        registrationHandler = std::move(newHandler);
+    }
+
+    /// Answers a registration late, as a desktop that asked the user does: a refusal also
+    /// takes the key back.
+    void answerLate(HotKey::HotKeyId id, int status)
+    {
+        if (status != HotKey::Status::noError) {
+            for (auto it = active.begin(); it != active.end(); ++it) {
+                if (it->second.id == id) {
+                    active.erase(it);
+                    break;
+                }
+            }
+        }
+        if (registrationHandler)
+            registrationHandler(id, status);
     }
 
     std::optional<QList<QVariantMap>> symbolicHotKeys() override { return symbolic; }

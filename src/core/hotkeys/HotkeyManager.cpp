@@ -109,6 +109,11 @@ void HotkeyManager::rebind()
                 self->m_toggle();
         });
     });
+    // A desktop that asks the user answers after registration; a refusal shows the hint.
+    hotKey->setRegistrationHandler([self](int) {
+        if (self)
+            Q_EMIT self->sessionGrabsKeysChanged();
+    });
     m_hotKey = std::move(hotKey);
 }
 

@@ -34,7 +34,7 @@ class HotkeyManager : public QObject
     Q_PROPERTY(
         bool hasRegistrationMessage READ hasRegistrationMessage NOTIFY registrationMessageChanged)
     Q_PROPERTY(QString displayText READ displayText NOTIFY displayTextChanged)
-    Q_PROPERTY(bool sessionGrabsKeys READ sessionGrabsKeys CONSTANT)
+    Q_PROPERTY(bool sessionGrabsKeys READ sessionGrabsKeys NOTIFY sessionGrabsKeysChanged)
 
 public:
     static constexpr auto enabledKey = "Hotkey.enabled";
@@ -72,7 +72,7 @@ public:
     void setRegistrationMessage(std::optional<QString> message);
 
     /// Whether this session lets Tessaline take a key system-wide at all (not on a Wayland
-    /// desktop without a global-shortcuts service).
+    /// desktop without a global-shortcuts service, nor once the desktop refused the hotkey).
     bool sessionGrabsKeys() const;
 
     /// The registered hot key; none while disabled.
@@ -107,6 +107,8 @@ Q_SIGNALS:
     void carbonModifiersChanged();
     void registrationMessageChanged();
     void displayTextChanged();
+    /// The desktop answered a registration late, which may change `sessionGrabsKeys`.
+    void sessionGrabsKeysChanged();
 
 private:
     DefaultsStore& m_defaults;

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void handlerIsInstalledOnceAtTheFirstSuccess();
     void sameComboGetsDifferentIdsAndTheServiceDecides();
     void failedRegistrationKeepsItsBoxSilently();
+    void lateAnswersReachTheHotKey();
     void registeringTwiceDoesNothing();
     void pressAndReleaseCallTheirHandlers();
     void pauseAndUnpauseGiveANewId();
@@ -165,6 +166,37 @@ void TestHotKeysController::failedRegistrationKeepsItsBoxSilently()
     QCOMPARE(HotKeysController::hotKeys().size(), std::size_t(1));
 
     // Unregistering a box without a reference does not reach the service.
+    hotKey.reset();
+    QVERIFY(m_service->unregistrations.isEmpty());
+}
+
+void TestHotKeysController::lateAnswersReachTheHotKey()
+{
+    // Setting the service installs the handler of late answers.
+    QVERIFY(m_service->registrationHandler);
+    QList<int> told;
+    auto hotKey = HotKey::HotKey::create(KeyCombo(6, 256), [] {});
+    hotKey->setRegistrationHandler([&told](int status) { told.append(status); });
+    const HotKey::HotKeyBox* box = HotKeysController::box(*hotKey);
+    QVERIFY(box != nullptr && box->carbonEventHotKey.has_value());
+    const quint32 id = box->carbonHotKeyID;
+
+    // Foreign signatures and unknown ids are ignored.
+    m_service->answerLate(HotKeyId{0x41424344, id}, -50);
+    m_service->answerLate(HotKeyId{HotKeysController::eventHotKeySignature, id + 100}, -50);
+    QVERIFY(told.isEmpty());
+    QVERIFY(box->carbonEventHotKey.has_value());
+
+    m_service->answerLate(HotKeyId{HotKeysController::eventHotKeySignature, id}, Status::noError);
+    QCOMPARE(told, QList<int>{Status::noError});
+    QVERIFY(box->carbonEventHotKey.has_value());
+
+    // A refusal leaves the box as a refusal at once does: kept, without a reference, and the
+    // service is not asked to unregister what it already gave up.
+    m_service->answerLate(HotKeyId{HotKeysController::eventHotKeySignature, id}, -50);
+    QCOMPARE(told, (QList<int>{Status::noError, -50}));
+    QVERIFY(!box->carbonEventHotKey.has_value());
+    QCOMPARE(HotKeysController::hotKeys().size(), std::size_t(1));
     hotKey.reset();
     QVERIFY(m_service->unregistrations.isEmpty());
 }

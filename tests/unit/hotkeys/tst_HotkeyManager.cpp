@@ -34,6 +34,7 @@ private Q_SLOTS:
     void keyCodeAndModifierSettersWriteButDoNotRebind();
     void rebindUsesTheCurrentCombination();
     void refusedCombinationIsSilent();
+    void lateRefusalLeavesTheRefusedStateAndAsksForTheHint();
     void disableFromSettings();
     void publishedChanges();
     void displayText_data();
@@ -251,6 +252,46 @@ void TestHotkeyManager::refusedCombinationIsSilent()
     QCOMPARE(m_service->press(40, 6400), 0);
     m_scheduler.advance(0);
     QCOMPARE(m_toggles, 0);
+}
+
+// A desktop that asks the user answers after the registration returned: a refusal ends as a
+// refusal at once does (kept, never delivered, no message) and publishes `sessionGrabsKeys`.
+void TestHotkeyManager::lateRefusalLeavesTheRefusedStateAndAsksForTheHint()
+{
+    HotkeyManager manager(*m_defaults, m_scheduler, [this] { ++m_toggles; });
+    QSignalSpy grabs(&manager, &HotkeyManager::sessionGrabsKeysChanged);
+    QSignalSpy messages(&manager, &HotkeyManager::registrationMessageChanged);
+    manager.setEnabled(true);
+    QCOMPARE(m_service->registrations.size(), 1);
+    const HotKey::HotKeyId id = m_service->registrations.constFirst().id;
+    QCOMPARE(grabs.count(), 0);
+
+    m_service->grabs = false;
+    m_service->answerLate(id, -50);
+    QCOMPARE(grabs.count(), 1);
+    QVERIFY(!manager.property("sessionGrabsKeys").toBool());
+    QVERIFY(manager.hotKey());
+    const HotKey::HotKeyBox* box = HotKey::HotKeysController::box(*manager.hotKey());
+    QVERIFY(box != nullptr);
+    QVERIFY(!box->carbonEventHotKey.has_value());
+    QCOMPARE(m_service->press(40, 6400), 0);
+    m_scheduler.advance(0);
+    QCOMPARE(m_toggles, 0);
+    QCOMPARE(messages.count(), 0);
+
+    // A later grant (after the user changed the key) is published as well.
+    manager.rebind();
+    const HotKey::HotKeyId second = m_service->registrations.constLast().id;
+    m_service->grabs = true;
+    m_service->answerLate(second, HotKey::Status::noError);
+    QCOMPARE(grabs.count(), 2);
+    QVERIFY(manager.sessionGrabsKeys());
+    QCOMPARE(m_service->press(40, 6400), 1);
+
+    // An answer for a key the manager dropped reaches nobody.
+    manager.setEnabled(false);
+    m_service->answerLate(second, -50);
+    QCOMPARE(grabs.count(), 2);
 }
 
 void TestHotkeyManager::disableFromSettings()
