@@ -25,7 +25,7 @@ BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 HERE = os.path.dirname(os.path.abspath(__file__))
 BACKEND_NAME = "org.freedesktop.impl.portal.desktop.tessalinetest"
-HINT = ("This desktop lets no app take a global key: bind the command tessaline --toggle to a "
+HINT = ("The desktop gave Tessaline no global key: bind the command tessaline --toggle to a "
         "key in the desktop's keyboard settings.")
 check = Checks()
 

@@ -172,7 +172,7 @@ try:
 
     # No global key can be taken here: the settings say what to bind instead.
     control("ShowSettings")
-    hint = "This desktop lets no app take a global key: bind the command tessaline --toggle to " \
+    hint = "The desktop gave Tessaline no global key: bind the command tessaline --toggle to " \
            "a key in the desktop's keyboard settings."
     check(wait_until(lambda: tessaline_app() is not None and find_all(
         tessaline_app(), lambda n: n.name == hint and n.getState().contains(pyatspi.STATE_SHOWING)), 10),

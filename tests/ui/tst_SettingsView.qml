@@ -63,7 +63,7 @@ Item {
             view = makeView()
             const hint = findChild(view, "hotkeyUnavailable")
             verify(hint.visible)
-            compare(hint.text, "This desktop lets no app take a global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings.")
+            compare(hint.text, "The desktop gave Tessaline no global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings.")
             // The hint wraps and the next line starts below it.
             const next = findChild(view, "recorderHint")
             const frame = hint.parent

@@ -93,7 +93,7 @@ ThemedSurface {
                         id: hotkeyUnavailable
                         objectName: "hotkeyUnavailable"
                         width: parent.width
-                        text: root.model.hotkeyManager.sessionGrabsKeys ? "" : "This desktop lets no app take a global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings."
+                        text: root.model.hotkeyManager.sessionGrabsKeys ? "" : "The desktop gave Tessaline no global key: bind the command tessaline --toggle to a key in the desktop's keyboard settings."
                         color: root.orange
                         font.pixelSize: 12
                         wrapMode: Text.WordWrap
