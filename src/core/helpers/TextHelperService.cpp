@@ -59,7 +59,11 @@ void TextHelperService::pastePlainText()
 
 void TextHelperService::paste(const QString& text)
 {
-    const std::optional<QString> saved = m_clipboard.text();
+    // Kept as a flag and a text: a copied optional in the nested timers trips GCC's
+    // maybe-uninitialized analysis in optimised builds.
+    const std::optional<QString> clipboardText = m_clipboard.text();
+    const bool hadText = clipboardText.has_value();
+    const QString saved = clipboardText.value_or(QString());
 
     const TrackedApp target =
         m_targetAppProvider ? m_targetAppProvider() : TrackedApp::placeholder();
@@ -72,11 +76,11 @@ void TextHelperService::paste(const QString& text)
 
     // Both delays count from now; a failed keystroke is skipped silently and the clipboard is
     // still restored.
-    const auto restore = [this, saved] {
-        if (!saved)
+    const auto restore = [this, hadText, saved] {
+        if (!hadText)
             return; // nothing to give back: the inserted text stays on the clipboard
         m_clipboard.clear();
-        m_clipboard.setText(*saved);
+        m_clipboard.setText(saved);
     };
     if (m_textInserter) {
         // The clipboard is touched only when the focused field takes no text directly.
