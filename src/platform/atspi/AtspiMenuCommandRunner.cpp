@@ -7,6 +7,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusVariant>
 
 #include <atspi/atspi-constants.h>
 
@@ -29,6 +30,14 @@ QDBusMessage accessibleCall(const AtspiReference& object, const QString& interfa
                             const QString& method)
 {
     return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
+}
+
+// The value of a Properties.Get reply; invalid for an error.
+QVariant propertyOf(const QDBusMessage& reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().first().value<QDBusVariant>().variant();
 }
 
 bool hasState(const QDBusMessage& reply, int state)
@@ -81,12 +90,15 @@ Expected<MenuEntryList> AtspiMenuEntry::entriesUnder(const QDBusConnection& chan
         if (!child.service.isEmpty() && child.path.path() != QStringLiteral("/org/a11y/atspi/null"))
             children.append(child);
     }
+    // Name and ChildCount one by one: not every toolkit answers GetAll for them.
+    constexpr int kCallsPerChild = 3;
     QList<QDBusMessage> calls;
     for (const AtspiReference& child : children) {
-        QDBusMessage properties =
-            accessibleCall(child, kPropertiesInterface, QStringLiteral("GetAll"));
-        properties << AtspiBus::kAccessibleInterface;
-        calls.append(properties);
+        for (const QString& property : {QStringLiteral("Name"), QStringLiteral("ChildCount")}) {
+            QDBusMessage get = accessibleCall(child, kPropertiesInterface, QStringLiteral("Get"));
+            get << AtspiBus::kAccessibleInterface << property;
+            calls.append(get);
+        }
         calls.append(
             accessibleCall(child, AtspiBus::kAccessibleInterface, QStringLiteral("GetState")));
     }
@@ -95,16 +107,12 @@ Expected<MenuEntryList> AtspiMenuEntry::entriesUnder(const QDBusConnection& chan
         return notAnswering();
     MenuEntryList entries;
     for (qsizetype i = 0; i < children.size(); ++i) {
-        const QDBusMessage& reply = replies->at(2 * i);
-        QString title;
-        int childCount = 0;
-        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty()) {
-            const QVariantMap properties = qdbus_cast<QVariantMap>(reply.arguments().first());
-            title = properties.value(QStringLiteral("Name")).toString().trimmed();
-            childCount = properties.value(QStringLiteral("ChildCount")).toInt();
-        }
-        const bool enabled = hasState(replies->at(2 * i + 1), ATSPI_STATE_ENABLED) ||
-                             hasState(replies->at(2 * i + 1), ATSPI_STATE_SENSITIVE);
+        const qsizetype first = kCallsPerChild * i;
+        const QString title = propertyOf(replies->at(first)).toString().trimmed();
+        const int childCount = propertyOf(replies->at(first + 1)).toInt();
+        const QDBusMessage& state = replies->at(first + 2);
+        const bool enabled =
+            hasState(state, ATSPI_STATE_ENABLED) || hasState(state, ATSPI_STATE_SENSITIVE);
         entries.append(
             std::make_shared<AtspiMenuEntry>(channel, children.at(i), title, childCount, enabled));
     }
