@@ -26,11 +26,7 @@ Unexpected<QString> notAnswering()
     return Unexpected(QStringLiteral("the app did not answer"));
 }
 
-QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
-                            const QString& method)
-{
-    return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
-}
+using AtspiBus::accessibleCall;
 
 // The value of a Properties.Get reply; invalid for an error.
 QVariant propertyOf(const QDBusMessage& reply)
@@ -87,7 +83,7 @@ Expected<MenuEntryList> AtspiMenuEntry::entriesUnder(const QDBusConnection& chan
         return notAnswering();
     QList<AtspiReference> children;
     for (const AtspiReference& child : AtspiBus::childrenOf(listed->first())) {
-        if (!child.service.isEmpty() && child.path.path() != QStringLiteral("/org/a11y/atspi/null"))
+        if (!AtspiBus::isNullReference(child))
             children.append(child);
     }
     // Name and ChildCount one by one: not every toolkit answers GetAll for them.

@@ -46,18 +46,8 @@ Unexpected<QString> unanswered()
     return Unexpected(QStringLiteral("the application did not answer"));
 }
 
-QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
-                            const QString& method)
-{
-    return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
-}
-
-// A null reference ("/org/a11y/atspi/null") stands for "no object".
-bool isNullReference(const AtspiReference& reference)
-{
-    return reference.service.isEmpty() ||
-           reference.path.path() == QStringLiteral("/org/a11y/atspi/null");
-}
+using AtspiBus::accessibleCall;
+using AtspiBus::isNullReference;
 
 } // namespace
 
