@@ -12,6 +12,7 @@
 #include "SettingsModel.h"
 #include "WindowPlacement.h"
 #include "coach/CoachTipController.h"
+#include "commands/ShortcutRunner.h"
 #include "context/FrontmostAppTracker.h"
 #include "helpers/TextHelperService.h"
 #include "hotkeys/HotkeyManager.h"
@@ -83,6 +84,11 @@ void AppDelegate::applicationDidFinishLaunching(Launch launch)
         m_platform.workspace, m_platform.clipboard, m_platform.keyInjector, m_platform.trust,
         m_platform.alerts, m_platform.scheduler);
     m_textHelperService->setTextInserter(m_platform.textInserter);
+    if (m_platform.menuCommands) {
+        m_shortcutRunner =
+            std::make_unique<ShortcutRunner>(m_platform.workspace, *m_platform.menuCommands,
+                                             m_platform.keyInjector, m_platform.scheduler);
+    }
 
     m_hotkeyManager =
         std::make_unique<HotkeyManager>(m_platform.defaults, m_platform.scheduler, [self] {
@@ -159,6 +165,14 @@ void AppDelegate::showHUD()
     auto* navigator = new ListNavigator(panel);
     navigator->setPanel(panel);
     navigator->setOnActivate([model](int index) { model->copyChordAt(index); });
+    if (m_shortcutRunner) {
+        QPointer<AppDelegate> self(this);
+        model->followRunner(*m_shortcutRunner, [self, app](const ShortcutItem& item) {
+            if (self)
+                self->runShortcut(item, app);
+        });
+        navigator->setOnRun([model](int index) { model->runAt(index); });
+    }
     panel->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)},
                                  {QStringLiteral("navigator"), QVariant::fromValue(navigator)}});
     connect(model, &CheatSheetModel::closeRequested, this, &AppDelegate::closeHUD);
@@ -315,6 +329,22 @@ void AppDelegate::performHelper(TextHelperAction action)
     closeHUD();
     if (m_textHelperService)
         m_textHelperService->perform(action);
+}
+
+void AppDelegate::runShortcut(const ShortcutItem& item, const TrackedApp& app)
+{
+    if (!m_shortcutRunner)
+        return;
+    qCDebug(lcHudTiming, "running %s", qUtf8Printable(item.name));
+    // The HUD goes first, so that the app it was showing can take the focus back.
+    closeHUD();
+    m_shortcutRunner->run(item, app, [name = item.name](const Expected<void>& outcome) {
+        const auto now = std::chrono::system_clock::now().time_since_epoch();
+        qCDebug(lcHudTiming, "ran %s at %lld us: %s", qUtf8Printable(name),
+                static_cast<long long>(
+                    std::chrono::duration_cast<std::chrono::microseconds>(now).count()),
+                outcome ? "done" : qUtf8Printable(outcome.error()));
+    });
 }
 
 void AppDelegate::copyText(const QString& text)

@@ -32,7 +32,11 @@ class KeyNamePreference;
 class KeyInjector;
 class TextInserter;
 class MenuBarController;
+class MenuCommandRunner;
 class Scheduler;
+class ShortcutRunner;
+struct ShortcutItem;
+struct TrackedApp;
 class SystemKeyMonitor;
 class TextHelperService;
 class TrayAppearance;
@@ -68,6 +72,8 @@ public:
         /// Types helper text straight into focused fields where the session can; none on X11,
         /// where the paste chord is posted.
         TextInserter* textInserter = nullptr;
+        /// Runs other applications' menu items; without it the HUD runs no rows.
+        MenuCommandRunner* menuCommands = nullptr;
     };
 
     explicit AppDelegate(Platform platform, QObject* parent = nullptr);
@@ -89,6 +95,8 @@ public:
 
     /// Closes the HUD and runs one text helper.
     void performHelper(TextHelperAction action);
+    /// Closes the HUD and runs `item` in `app`; a failure shows in the next HUD's status area.
+    void runShortcut(const ShortcutItem& item, const TrackedApp& app);
 
 public slots:
     /// Hides the HUD when it is visible, else shows a new one.
@@ -121,6 +129,7 @@ private:
     std::unique_ptr<KeyNamePreference> m_keyNames;
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
     std::unique_ptr<TextHelperService> m_textHelperService;
+    std::unique_ptr<ShortcutRunner> m_shortcutRunner;
     QPointer<FloatingPanel> m_panel;
     QMetaObject::Connection m_resignObserver;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CheatSheetModel.h"
 
+#include "commands/ShortcutRunner.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/KeyNamePreference.h"
 #include "vault/VaultStore.h"
@@ -31,6 +32,15 @@ void CheatSheetModel::followKeyNames(const KeyNamePreference& keyNames)
             [this, &keyNames] { m_rows.setKeyNameStyle(keyNames.style()); });
 }
 
+void CheatSheetModel::followRunner(ShortcutRunner& runner,
+                                   std::function<void(const ShortcutItem&)> run)
+{
+    m_runner = &runner;
+    m_run = std::move(run);
+    connect(&runner, &ShortcutRunner::statusChanged, this, &CheatSheetModel::scanStatusChanged);
+    emit scanStatusChanged();
+}
+
 QVariant CheatSheetModel::appBundleID() const
 {
     return m_app.bundleID ? QVariant(*m_app.bundleID) : QVariant();
@@ -57,6 +67,10 @@ bool CheatSheetModel::vaultReady() const
 
 QString CheatSheetModel::scanStatus() const
 {
+    if (m_runner) {
+        if (const std::optional<QString> failure = m_runner->statusText(m_app))
+            return *failure;
+    }
     return m_scanner ? m_scanner->statusText(m_app).value_or(QString()) : QString();
 }
 
@@ -95,22 +109,37 @@ void CheatSheetModel::copyChord(const QString& chord)
 
 void CheatSheetModel::copyChordAt(int index)
 {
-    if (!m_store)
+    if (const std::optional<ShortcutItem> item = itemAt(index))
+        copyChord(item->chord);
+}
+
+void CheatSheetModel::runAt(int index)
+{
+    if (!m_run)
         return;
+    if (const std::optional<ShortcutItem> item = itemAt(index))
+        m_run(*item);
+}
+
+std::optional<ShortcutItem> CheatSheetModel::itemAt(int index) const
+{
+    if (!m_store)
+        return std::nullopt;
     // The list as it is at this moment, not as it was drawn.
     qsizetype position = 0;
     for (const ShortcutSection& section : m_store->sections(m_app)) {
         for (const ShortcutItem& item : section.shortcuts) {
-            if (position++ == index) {
-                copyChord(item.chord);
-                return;
-            }
+            if (position++ == index)
+                return item;
         }
     }
+    return std::nullopt;
 }
 
 void CheatSheetModel::dismissScanStatus()
 {
+    if (m_runner)
+        m_runner->clearStatus();
     if (m_scanner)
         m_scanner->clearStatus();
 }

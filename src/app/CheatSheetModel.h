@@ -15,6 +15,7 @@ namespace Tessaline {
 
 class AppMenuScanner;
 class KeyNamePreference;
+class ShortcutRunner;
 class VaultStore;
 
 /// What the cheat-sheet view shows for one app: its sections flattened into rows, the header's
@@ -35,6 +36,8 @@ class CheatSheetModel : public QObject
     Q_PROPERTY(QString scanStatus READ scanStatus NOTIFY scanStatusChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY scanStatusChanged)
     Q_PROPERTY(QVariantList helperActions READ helperActions CONSTANT)
+    /// Whether rows can be run in the app (their run buttons are shown).
+    Q_PROPERTY(bool canRun READ canRun CONSTANT)
 
 public:
     /// `copyText` puts a chord on the clipboard; `helperActions` lists the helper bar's
@@ -45,6 +48,9 @@ public:
 
     /// Draws the rows' chords as `keyNames` says, now and whenever the user changes it.
     void followKeyNames(const KeyNamePreference& keyNames);
+    /// Runs rows through `run`, and shows `runner`'s word on the last failed run in this app
+    /// in the status area (ahead of the scan status).
+    void followRunner(ShortcutRunner& runner, std::function<void(const ShortcutItem&)> run);
 
     const TrackedApp& app() const { return m_app; }
     QString appName() const { return m_app.name; }
@@ -67,7 +73,12 @@ public:
     /// Copies the chord of row `index` of the sections as they are now; nothing when the index
     /// is out of range.
     void copyChordAt(int index);
-    /// Clears the scanner's status message.
+    /// Runs row `index` of the sections as they are now in the app; nothing when the index is
+    /// out of range or rows cannot be run here.
+    Q_INVOKABLE
+    void runAt(int index);
+    bool canRun() const { return static_cast<bool>(m_run); }
+    /// Clears the scanner's and the runner's status message.
     Q_INVOKABLE
     void dismissScanStatus();
 
@@ -99,9 +110,13 @@ signals:
 
 private:
     void recompute();
+    /// The item at flat `index` of the sections as they are now.
+    std::optional<ShortcutItem> itemAt(int index) const;
 
     QPointer<VaultStore> m_store;
     QPointer<AppMenuScanner> m_scanner;
+    QPointer<ShortcutRunner> m_runner;
+    std::function<void(const ShortcutItem&)> m_run;
     TrackedApp m_app;
     std::function<void(const QString&)> m_copyText;
     QVariantList m_helperActions;

@@ -108,7 +108,20 @@ bool ListNavigator::eventFilter(QObject* watched, QEvent* event)
         return false;
     if (!m_panel || QGuiApplication::focusWindow() != m_panel)
         return false;
-    return handle(keyCodeOf(*static_cast<QKeyEvent*>(event)));
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const int keyCode = keyCodeOf(*key);
+    const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
+    if ((keyCode == kReturnKey || keyCode == kKeypadEnterKey) && modifiers == Qt::ControlModifier)
+        return run();
+    return handle(keyCode);
+}
+
+bool ListNavigator::run()
+{
+    if (m_selection == kNoSelection || m_selection >= m_itemCount || !m_onRun)
+        return false;
+    m_onRun(m_selection);
+    return true;
 }
 
 bool ListNavigator::handle(int keyCode)

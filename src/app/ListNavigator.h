@@ -11,7 +11,8 @@
 namespace Tessaline {
 
 /// Keyboard control of the cheat-sheet list while the HUD panel has focus: the arrow keys move
-/// the selection, Return copies the selected row's chord, "/" asks for the search field.
+/// the selection, Return copies the selected row's chord, Ctrl+Return runs the selected row in
+/// its app, "/" asks for the search field.
 /// Watches key presses application-wide and consumes only those it acts on.
 class ListNavigator : public QObject
 {
@@ -40,6 +41,8 @@ public:
     {
         m_onActivate = std::move(onActivate);
     }
+    /// What Ctrl+Return does with the selected index.
+    void setOnRun(std::function<void(int)> onRun) { m_onRun = std::move(onRun); }
     /// The window whose focus enables the navigator (the HUD panel).
     void setPanel(QWindow* panel) { m_panel = panel; }
 
@@ -63,11 +66,14 @@ protected:
 private:
     /// True when the key press was used and must not reach anything else.
     bool handle(int carbonKeyCode);
+    /// Ctrl+Return: true when a selected row was run.
+    bool run();
 
     int m_selection = kNoSelection;
     int m_searchFocusRequest = 0;
     int m_itemCount = 0;
     std::function<void(int)> m_onActivate;
+    std::function<void(int)> m_onRun;
     QPointer<QWindow> m_panel;
     bool m_started = false;
 };

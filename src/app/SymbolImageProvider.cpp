@@ -25,6 +25,7 @@ const QHash<QString, QString>& themeNames()
          QStringLiteral("dialog-warning-symbolic")},
         {QStringLiteral("checkmark.circle.fill"), QStringLiteral("emblem-ok-symbolic")},
         {QStringLiteral("doc.on.doc"), QStringLiteral("edit-copy-symbolic")},
+        {QStringLiteral("play.fill"), QStringLiteral("media-playback-start-symbolic")},
     };
     return names;
 }

@@ -62,7 +62,8 @@ int main(int argc, char** argv)
         *platform->workspace, *platform->trust, *platform->elements, *platform->alerts,
         *platform->keyMonitor, tipPresenter, *platform->clipboard, *platform->keyInjector,
         *platform->windowHints, *platform->clock, *platform->scheduler, defaults, engine,
-        *platform->keySettings, *platform->trayAppearance, platform->textInserter.get()});
+        *platform->keySettings, *platform->trayAppearance, platform->textInserter.get(),
+        platform->menuCommands.get()});
     ControlInterface control(delegate);
     if (!control.registerOnSessionBus()) {
         // Another Tessaline runs: show its HUD instead of a second tray icon (at login, leave

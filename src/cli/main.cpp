@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "RunCommands.h"
 #include "ScanCommands.h"
 #include "VaultCli.h"
 #include "VaultCommands.h"
@@ -12,12 +13,14 @@ int main(int argc, char** argv)
 {
     // Scanning on X11 looks at the desktop's windows through Qt's display connection; without
     // an X display (a Wayland session) it sees the applications on the accessibility bus.
-    // Every other command works without a display.
+    // Running a shortcut likewise. Every other command works without a display.
     std::unique_ptr<QCoreApplication> app;
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
-    if (Tessaline::scanCommandRequested(arguments) && qEnvironmentVariableIsSet("DISPLAY"))
+    const bool needsDesktop =
+        Tessaline::scanCommandRequested(arguments) || Tessaline::runCommandRequested(arguments);
+    if (needsDesktop && qEnvironmentVariableIsSet("DISPLAY"))
         app = std::make_unique<QGuiApplication>(argc, argv);
     else
         app = std::make_unique<QCoreApplication>(argc, argv);
@@ -25,5 +28,6 @@ int main(int argc, char** argv)
     Tessaline::VaultCli cli;
     Tessaline::addVaultCommands(cli);
     Tessaline::addScanCommands(cli);
+    Tessaline::addRunCommands(cli);
     return cli.run(QCoreApplication::arguments().mid(1));
 }

@@ -4,6 +4,7 @@
 #include "LogCategories.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
 #include "platform/atspi/AtspiElementFactory.h"
+#include "platform/atspi/AtspiMenuCommandRunner.h"
 #include "platform/atspi/AtspiTextInserter.h"
 #include "platform/atspi/AtspiWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
@@ -106,6 +107,7 @@ std::unique_ptr<PlatformServices> createPlatformServices()
     services->desktopEntries = std::move(entries);
     services->trust = std::make_unique<AtspiAccessibilityTrust>();
     services->elements = std::make_unique<AtspiElementFactory>();
+    services->menuCommands = std::make_unique<AtspiMenuCommandRunner>();
     services->alerts = std::make_unique<MessageBoxAlertPresenter>();
     if (isWaylandSession())
         services->clipboard = std::make_unique<WaylandClipboard>();

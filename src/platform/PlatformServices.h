@@ -9,6 +9,7 @@
 #include "platform/Clock.h"
 #include "platform/DesktopKeySettings.h"
 #include "platform/KeyInjector.h"
+#include "platform/MenuCommandRunner.h"
 #include "platform/Scheduler.h"
 #include "platform/SystemKeyMonitor.h"
 #include "platform/TextInserter.h"
@@ -43,6 +44,8 @@ struct PlatformServices
     std::unique_ptr<SystemKeyMonitor> keyMonitor;
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<KeyInjector> keyInjector;
+    /// Runs menu items of other applications (over the accessibility bus, in every session).
+    std::unique_ptr<MenuCommandRunner> menuCommands;
     /// Inserts text into focused fields directly; absent where keystrokes are posted instead.
     std::unique_ptr<TextInserter> textInserter;
     std::unique_ptr<Clock> clock;

@@ -51,7 +51,7 @@ sed 's/"org\.kde\.kate"/"org.example.OnlyHere"/' "$work/vault.json" >"$work/edit
 ids=$("$vault_cli" --json rows | sed -n 's/.*"bundleID": *"\([^"]*\)".*/\1/p' | sort -u)
 grep -qx org.example.OnlyHere <<<"$ids" || { echo "FAIL: the edited vault was not imported" >&2; exit 1; }
 
-all_commands="path sections rows favorite import export reset scan apps"
+all_commands="path sections rows favorite import export reset scan apps run"
 expect "first word: commands and global options" "$all_commands --json --help" ""
 expect "a command's prefix" "sections scan" s
 expect "an option's prefix before the command" "--json" --j
@@ -62,6 +62,8 @@ expect "bundle ids by prefix" "org.example.OnlyHere" sections --bundle-id org.ex
 expect "bundle ids after --json and the command" "$(grep '^org\.' <<<"$ids")" \
     --json favorite --bundle-id org.
 expect "bundle ids for scan" "org.example.OnlyHere" scan --bundle-id org.example
+expect "options of run" "--bundle-id --help" run --
+expect "bundle ids for run" "org.example.OnlyHere" run --bundle-id org.example
 expect "the command after an option value" "--app --bundle-id --json --help" \
     sections --app Firefox --
 expect "nothing to offer for an app name" "" sections --app ""

@@ -7,12 +7,16 @@
 #include "FakeCoachTipPresenter.h"
 #include "FakeDesktopKeySettings.h"
 #include "FakeHotKeyService.h"
+#include "FakeKeyInjector.h"
+#include "FakeMenuCommandRunner.h"
 #include "FakeScanDesktop.h"
 #include "FakeSystemKeyMonitor.h"
+#include "FakeWorkspace.h"
 #include "ListNavigator.h"
 #include "ManualScheduler.h"
 #include "SettingsModel.h"
 #include "coach/CoachTipController.h"
+#include "commands/ShortcutRunner.h"
 #include "helpers/TextHelperAction.h"
 #include "hotkeys/HotkeyManager.h"
 #include "scan/AppMenuScanner.h"
@@ -85,6 +89,16 @@ ViewFixture::~ViewFixture()
     release();
 }
 
+/// What runnable cheat sheets run rows with: a runner over a faked desktop.
+struct FixtureRunner
+{
+    Tessaline::Testing::FakeWorkspace workspace;
+    Tessaline::Testing::FakeMenuCommandRunner menus;
+    Tessaline::Testing::FakeKeyInjector keys;
+    Tessaline::Testing::ManualScheduler scheduler;
+    Tessaline::ShortcutRunner runner{workspace, menus, keys, scheduler};
+};
+
 void ViewFixture::release()
 {
     qDeleteAll(m_models.children());
@@ -93,6 +107,8 @@ void ViewFixture::release()
     m_tipPresenter.reset();
     m_clock.reset();
     m_keyMonitor.reset();
+    m_runner.reset();
+    m_ran.clear();
     m_keyNames.reset();
     m_hotkeys.reset();
     m_defaults.reset();
@@ -147,6 +163,15 @@ QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID
         [this](const QString& text) { m_copied << text; }, helpers, &m_models);
     model->followKeyNames(*m_keyNames);
     return keep(model);
+}
+
+QObject* ViewFixture::runnableCheatSheet(const QString& appName, const QString& bundleID)
+{
+    auto* model = qobject_cast<CheatSheetModel*>(cheatSheet(appName, bundleID));
+    if (!m_runner)
+        m_runner = std::make_unique<FixtureRunner>();
+    model->followRunner(m_runner->runner, [this](const ShortcutItem& item) { m_ran << item.name; });
+    return model;
 }
 
 QObject* ViewFixture::navigator()

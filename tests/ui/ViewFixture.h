@@ -25,6 +25,7 @@ class ManualScheduler;
 } // namespace Tessaline
 
 class QQmlEngine;
+struct FixtureRunner;
 
 /// What the view tests build their views on: a real vault in a private folder (a global list,
 /// the "Editor" pack with three shortcuts and the empty "Hollow" pack), a scanner over a faked
@@ -43,6 +44,12 @@ public:
     /// A cheat-sheet model for the app (an empty bundle id means none).
     Q_INVOKABLE
     QObject* cheatSheet(const QString& appName, const QString& bundleID);
+    /// A cheat-sheet model whose rows can be run; the rows run are listed by ran().
+    Q_INVOKABLE
+    QObject* runnableCheatSheet(const QString& appName, const QString& bundleID);
+    /// The names of the rows run from runnable cheat sheets, in order.
+    Q_INVOKABLE
+    QStringList ran() const { return m_ran; }
     /// A fresh keyboard navigator for a cheat-sheet view.
     Q_INVOKABLE
     QObject* navigator();
@@ -100,6 +107,8 @@ private:
     std::unique_ptr<Tessaline::Testing::FakeCoachTipPresenter> m_tipPresenter;
     std::unique_ptr<Tessaline::Testing::FakeDesktopKeySettings> m_keySettings;
     std::unique_ptr<Tessaline::CoachTipController> m_coachTips;
+    std::unique_ptr<FixtureRunner> m_runner;
     QObject m_models;
     QStringList m_copied;
+    QStringList m_ran;
 };

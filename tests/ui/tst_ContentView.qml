@@ -327,6 +327,37 @@ Item {
             compare(findChild(toggled, "starButton").checked, !wasFavorite)
         }
 
+        function test_runButtonShowsOnTheSelectionAndRunsTheRow() {
+            const view = createTemporaryObject(viewComponent, stage, {
+                model: fixture.runnableCheatSheet("Editor", "org.example.Editor"),
+                navigator: fixture.navigator()
+            })
+            const list = findChild(view, "shortcutList")
+            tryVerify(function () { return list.itemAtIndex(1) !== null })
+            const first = list.itemAtIndex(0)
+            const second = list.itemAtIndex(1)
+            compare(findChild(first, "runButton").visible, false)
+            view.navigator.selection = 1
+            compare(findChild(second, "runButton").visible, true)
+            compare(findChild(first, "runButton").visible, false)
+            compare(findChild(second, "runButton").Accessible.name, "Run")
+            verify(fixture.doAccessibleAction(findChild(second, "runButton"), "Press"),
+                   "the run button offers a press action")
+            compare(fixture.ran(), [second.name])
+            click(findChild(second, "runButton"))
+            compare(fixture.ran(), [second.name, second.name])
+            // The run button copies nothing.
+            compare(fixture.copied(), [])
+        }
+
+        function test_noRunButtonWhereRowsCannotRun() {
+            const view = makeView("Editor", "org.example.Editor")
+            const list = findChild(view, "shortcutList")
+            tryVerify(function () { return list.itemAtIndex(0) !== null })
+            view.navigator.selection = 0
+            compare(findChild(list.itemAtIndex(0), "runButton").visible, false)
+        }
+
         function test_keyboardSelectionAndCopy() {
             const view = makeView("Editor", "org.example.Editor")
             const list = findChild(view, "shortcutList")

@@ -113,6 +113,8 @@ ListView {
         focus: row.isSelected
         onToggleFavorite: list.sheet.toggleFavorite(row.index)
         onCopyChord: list.sheet.copyChord(row.chord)
+        canRun: list.sheet.canRun
+        onRun: list.sheet.runAt(row.index)
     }
 
     footer: Item {

@@ -16,9 +16,12 @@ Rectangle {
     required property bool favorite
     required property bool scanned
     property bool isSelected: false
+    /// Whether the row can be run in its app (the run button is offered).
+    property bool canRun: false
 
     signal toggleFavorite()
     signal copyChord()
+    signal run()
 
     readonly property color primary: palette.windowText
     readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
@@ -36,6 +39,10 @@ Rectangle {
     Accessible.selected: isSelected
     // An assistive tool's press on the row copies its chord, as Return does on the selection.
     Accessible.onPressAction: row.copyChord()
+
+    HoverHandler {
+        id: rowHover
+    }
 
     RowLayout {
         id: content
@@ -117,6 +124,37 @@ Rectangle {
                 Layout.fillWidth: true
                 Accessible.name: text
             }
+        }
+        // Runs the row in its app, as Ctrl+Return does on the selection; shown on hover and on
+        // the selected row.
+        AbstractButton {
+            id: runButton
+            objectName: "runButton"
+            visible: row.canRun && (rowHover.hovered || row.isSelected)
+            implicitWidth: 24
+            implicitHeight: 24
+            focusPolicy: Qt.NoFocus
+            hoverEnabled: true
+            Accessible.role: Accessible.Button
+            Accessible.name: "Run"
+            Accessible.description: row.name
+            ToolTip.visible: hovered
+            ToolTip.text: "Run in the app (Ctrl+Return)"
+            ToolTip.delay: 500
+            background: Rectangle {
+                radius: 6
+                color: Qt.rgba(row.primary.r, row.primary.g, row.primary.b, runButton.pressed ? 0.16 : 0.08)
+            }
+            contentItem: Item {
+                Symbol {
+                    anchors.centerIn: parent
+                    name: "play.fill"
+                    side: 12
+                    tint: row.accent
+                }
+            }
+            onClicked: row.run()
+            Accessible.onPressAction: if (enabled) clicked()
         }
         AbstractButton {
             id: keycap

@@ -14,6 +14,7 @@ namespace Tessaline {
 namespace {
 
 const QString kDiscoveredMenu = QStringLiteral("Discovered from the app menu");
+const QString kMenuPathSeparator = QStringLiteral(" > ");
 
 std::optional<QString> stringAttribute(const QString& name, const AccessibilityElementPtr& element)
 {
@@ -111,11 +112,10 @@ std::optional<ShortcutItem> MenuReader::shortcutItem(const AccessibilityElementP
         if (!component.isEmpty() && component != *title)
             menuPath.append(component);
     }
-    const QString menu =
-        menuPath.isEmpty() ? kDiscoveredMenu : menuPath.join(QStringLiteral(" > "));
+    const QString menu = menuPath.isEmpty() ? kDiscoveredMenu : menuPath.join(kMenuPathSeparator);
 
     ShortcutItem item;
-    item.name = QString(*title).replace(QChar(0x2026), QStringLiteral("..."));
+    item.name = itemName(*title);
     item.chord = chord;
     item.favorite = false;
     item.menu = menu;
@@ -189,6 +189,18 @@ QString MenuReader::displayChord(const QString& keySymbol, int modifiers)
         parts.append(QStringLiteral("⌘"));
     parts.append(keySymbol);
     return parts.join(QLatin1Char(' '));
+}
+
+QStringList MenuReader::menuPath(const QString& menu)
+{
+    if (menu == kDiscoveredMenu)
+        return {};
+    return menu.split(kMenuPathSeparator, Qt::SkipEmptyParts);
+}
+
+QString MenuReader::itemName(const QString& title)
+{
+    return QString(title).replace(QChar(0x2026), QStringLiteral("..."));
 }
 
 QList<ShortcutItem> MenuReader::dedupe(const QList<ShortcutItem>& items)

@@ -33,6 +33,11 @@ public:
     static std::optional<QString> virtualKeySymbol(int code);
     /// Modifier symbols (⌃ ⌥ ⇧ ⌘) then the key, single spaces, from a menu modifier mask.
     static QString displayChord(const QString& keySymbol, int modifiers);
+    /// The menu titles from the menu bar down to an item, read back from the `menu` a scan gave
+    /// it ("File > Recent" -> "File", "Recent"); empty for an item straight in the menu bar.
+    static QStringList menuPath(const QString& menu);
+    /// A title as item names show it: "…" written as "...".
+    static QString itemName(const QString& title);
     /// Keeps the first item of each lower-cased name and chord.
     static QList<ShortcutItem> dedupe(const QList<ShortcutItem>& items);
 };

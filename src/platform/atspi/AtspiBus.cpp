@@ -135,6 +135,18 @@ callAll(const QDBusConnection& bus, const QList<QDBusMessage>& calls, int timeou
     return replies;
 }
 
+QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
+                            const QString& method)
+{
+    return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
+}
+
+bool isNullReference(const AtspiReference& reference)
+{
+    return reference.service.isEmpty() ||
+           reference.path.path() == QStringLiteral("/org/a11y/atspi/null");
+}
+
 QList<AtspiReference> childrenOf(const QDBusMessage& reply)
 {
     QList<AtspiReference> children;

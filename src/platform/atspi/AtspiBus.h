@@ -78,6 +78,11 @@ bool isNoAnswer(const QDBusMessage& reply);
 std::optional<QList<QDBusMessage>> callAll(const QDBusConnection& bus,
                                            const QList<QDBusMessage>& calls, int timeoutMs,
                                            Wait wait = Wait::Block);
+/// A call of `method` of `interface` on the accessible `object`.
+QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
+                            const QString& method);
+/// True for the null reference ("/org/a11y/atspi/null"), which stands for "no object".
+bool isNullReference(const AtspiReference& reference);
 /// The references of an accessible's GetChildren reply; none for an error.
 QList<AtspiReference> childrenOf(const QDBusMessage& reply);
 

@@ -46,18 +46,8 @@ Unexpected<QString> unanswered()
     return Unexpected(QStringLiteral("the application did not answer"));
 }
 
-QDBusMessage accessibleCall(const AtspiReference& object, const QString& interface,
-                            const QString& method)
-{
-    return QDBusMessage::createMethodCall(object.service, object.path.path(), interface, method);
-}
-
-// A null reference ("/org/a11y/atspi/null") stands for "no object".
-bool isNullReference(const AtspiReference& reference)
-{
-    return reference.service.isEmpty() ||
-           reference.path.path() == QStringLiteral("/org/a11y/atspi/null");
-}
+using AtspiBus::accessibleCall;
+using AtspiBus::isNullReference;
 
 } // namespace
 
@@ -98,10 +88,25 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::read(const QDBusConnection& 
                                                          const AtspiReference& application,
                                                          int timeoutMs)
 {
+    return readOver(channel(bus, application, timeoutMs), application, timeoutMs);
+}
+
+QDBusConnection AtspiMenuSnapshot::channel(const QDBusConnection& bus,
+                                           const AtspiReference& application, int timeoutMs)
+{
     // Applications that offer a direct connection are asked over it: half the messages, and
     // none through the bus daemon.
-    const QDBusConnection channel = peerConnection(bus, application, timeoutMs).value_or(bus);
-    return readOver(channel, application, timeoutMs);
+    return peerConnection(bus, application, timeoutMs).value_or(bus);
+}
+
+Expected<std::optional<AtspiReference>>
+AtspiMenuSnapshot::findMenuBar(const QDBusConnection& channel, const AtspiReference& application,
+                               int timeoutMs)
+{
+    const auto matched = matchMenuBar(channel, application, timeoutMs);
+    if (!matched || *matched)
+        return matched;
+    return searchMenuBar(channel, application, timeoutMs);
 }
 
 std::optional<QDBusConnection> AtspiMenuSnapshot::peerConnection(const QDBusConnection& bus,
@@ -127,22 +132,16 @@ std::optional<AtspiMenuSnapshot> AtspiMenuSnapshot::readOver(const QDBusConnecti
                                                              const AtspiReference& application,
                                                              int timeoutMs)
 {
-    const auto matched = matchMenuBar(bus, application, timeoutMs);
-    if (!matched)
+    const auto found = findMenuBar(bus, application, timeoutMs);
+    if (!found || !*found)
         return std::nullopt;
-    std::optional<AtspiReference> menuBar = *matched;
-    if (!menuBar) {
-        const auto searched = searchMenuBar(bus, application, timeoutMs);
-        if (!searched || !*searched)
-            return std::nullopt;
-        menuBar = *searched;
-    }
-    auto snapshot = readByMatches(bus, *menuBar, timeoutMs);
+    const AtspiReference menuBar = **found;
+    auto snapshot = readByMatches(bus, menuBar, timeoutMs);
     if (!snapshot)
         return std::nullopt;
     if (*snapshot)
         return std::move(*snapshot).value();
-    return readByLevels(bus, *menuBar, timeoutMs);
+    return readByLevels(bus, menuBar, timeoutMs);
 }
 
 Expected<std::optional<AtspiReference>>

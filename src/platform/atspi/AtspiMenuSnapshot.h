@@ -33,6 +33,15 @@ public:
     static std::optional<AtspiMenuSnapshot> read(const QDBusConnection& bus,
                                                  const AtspiReference& application, int timeoutMs);
 
+    /// The connection to ask `application` over: its own direct connection when it offers one,
+    /// else `bus`.
+    static QDBusConnection channel(const QDBusConnection& bus, const AtspiReference& application,
+                                   int timeoutMs);
+    /// The menu bar found under `application`, asked over `channel`: null when there is none;
+    /// fails when a call went unanswered.
+    static Expected<std::optional<AtspiReference>>
+    findMenuBar(const QDBusConnection& channel, const AtspiReference& application, int timeoutMs);
+
     /// The menu bar is node 0.
     const QList<Node>& nodes() const { return m_nodes; }
 

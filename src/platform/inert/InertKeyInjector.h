@@ -10,6 +10,10 @@ class InertKeyInjector final : public KeyInjector
 {
 public:
     bool postPasteChord() override { return false; }
+    KeyPostResult postKeys(const QList<KeyStroke>&) override
+    {
+        return {KeyPostResult::NotPosted, {}};
+    }
 };
 
 } // namespace Tessaline

@@ -8,8 +8,10 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <memory>
+#include <optional>
 
 namespace Tessaline {
 
@@ -17,6 +19,14 @@ namespace {
 
 constexpr xcb_keysym_t kControlL = 0xffe3; // XK_Control_L
 constexpr xcb_keysym_t kLowerV = 0x0076;   // XK_v
+
+// The left-hand modifier keys a chord holds down, in the order they are pressed.
+constexpr std::pair<int, xcb_keysym_t> kModifierKeys[] = {
+    {KeyStroke::Control, 0xffe3}, // XK_Control_L
+    {KeyStroke::Alt, 0xffe9},     // XK_Alt_L
+    {KeyStroke::Shift, 0xffe1},   // XK_Shift_L
+    {KeyStroke::Super, 0xffeb},   // XK_Super_L
+};
 
 struct KeySymbolsDeleter
 {
@@ -59,7 +69,104 @@ void releaseHeldModifiers(xcb_connection_t* connection)
     }
 }
 
+// The keysym a chord's key names: one character, or a keysym name. Letters are taken in lower
+// case, since Shift is a modifier of the chord of its own.
+xcb_keysym_t keysymOf(const QString& key)
+{
+    const QList<uint> codePoints = key.toUcs4();
+    if (codePoints.size() == 1)
+        return xkb_keysym_to_lower(xkb_utf32_to_keysym(codePoints.first()));
+    const QByteArray name = key.toUtf8();
+    const xkb_keysym_t keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
+    if (keysym != XKB_KEY_NoSymbol)
+        return keysym;
+    return xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+}
+
+// A key of the current layout and whether Shift brings its symbol up.
+struct LayoutKey
+{
+    xcb_keycode_t keycode = 0;
+    bool needsShift = false;
+};
+
+// Where `keysym` sits on the first group of the current layout. A symbol reached only through
+// another group or level is reported missing rather than guessed at.
+std::optional<LayoutKey> layoutKey(xcb_key_symbols_t* symbols, xcb_keysym_t keysym)
+{
+    if (keysym == XKB_KEY_NoSymbol)
+        return std::nullopt;
+    const XcbReply<xcb_keycode_t> codes(xcb_key_symbols_get_keycode(symbols, keysym));
+    if (!codes)
+        return std::nullopt;
+    std::optional<LayoutKey> shifted;
+    for (const xcb_keycode_t* code = codes.get(); *code != XCB_NO_SYMBOL; ++code) {
+        if (xcb_key_symbols_get_keysym(symbols, *code, 0) == keysym)
+            return LayoutKey{*code, false};
+        if (!shifted && xcb_key_symbols_get_keysym(symbols, *code, 1) == keysym)
+            shifted = LayoutKey{*code, true};
+    }
+    return shifted;
+}
+
 } // namespace
+
+KeyPostResult XTestKeyInjector::postKeys(const QList<KeyStroke>& strokes)
+{
+    xcb_connection_t* connection = X11Connection::connection();
+    if (!connection)
+        return {KeyPostResult::NotPosted, {}};
+    const std::unique_ptr<xcb_key_symbols_t, KeySymbolsDeleter> symbols(
+        xcb_key_symbols_alloc(connection));
+    if (!symbols)
+        return {KeyPostResult::NotPosted, {}};
+
+    // Every key is found before the first one is typed, so that a missing key types nothing.
+    struct Planned
+    {
+        QList<xcb_keycode_t> modifiers;
+        xcb_keycode_t key;
+    };
+    QList<Planned> plan;
+    for (const KeyStroke& stroke : strokes) {
+        const std::optional<LayoutKey> key = layoutKey(symbols.get(), keysymOf(stroke.key));
+        if (!key)
+            return {KeyPostResult::KeyNotOnLayout, stroke.key};
+        const int modifiers = stroke.modifiers | (key->needsShift ? KeyStroke::Shift : 0);
+        Planned planned{{}, key->keycode};
+        for (const auto& [modifier, keysym] : kModifierKeys) {
+            if (!(modifiers & modifier))
+                continue;
+            const xcb_keycode_t code = firstKeycode(symbols.get(), keysym);
+            if (code == XCB_NO_SYMBOL)
+                return {KeyPostResult::NotPosted, {}};
+            planned.modifiers.append(code);
+        }
+        plan.append(planned);
+    }
+
+    releaseHeldModifiers(connection);
+    bool posted = true;
+    for (const Planned& chord : plan) {
+        qsizetype pressed = 0;
+        for (; posted && pressed < chord.modifiers.size(); ++pressed)
+            posted = fakeKey(connection, XCB_KEY_PRESS, chord.modifiers.at(pressed));
+        if (posted) {
+            posted = fakeKey(connection, XCB_KEY_PRESS, chord.key);
+            if (posted)
+                posted = fakeKey(connection, XCB_KEY_RELEASE, chord.key);
+        }
+        // The modifiers pressed go up again whatever happened above, last one first.
+        while (pressed > 0) {
+            if (!fakeKey(connection, XCB_KEY_RELEASE, chord.modifiers.at(--pressed)))
+                posted = false;
+        }
+        if (!posted)
+            break;
+    }
+    xcb_flush(connection);
+    return posted ? KeyPostResult{} : KeyPostResult{KeyPostResult::NotPosted, {}};
+}
 
 bool XTestKeyInjector::postPasteChord()
 {

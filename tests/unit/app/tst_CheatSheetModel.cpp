@@ -4,8 +4,13 @@
 #include "AppTestSupport.h"
 #include "BrowserModel.h"
 #include "CheatSheetModel.h"
+#include "FakeKeyInjector.h"
+#include "FakeMenuCommandRunner.h"
 #include "FakeScanDesktop.h"
+#include "FakeWorkspace.h"
+#include "ManualScheduler.h"
 #include "ShortcutListModel.h"
+#include "commands/ShortcutRunner.h"
 #include "scan/AppMenuScanner.h"
 #include "search/FuzzyMatch.h"
 #include "vault/VaultBrowserIndex.h"
@@ -206,6 +211,50 @@ private Q_SLOTS:
         // A new search text starts the list afresh.
         model->setFilter(QStringLiteral("sa"));
         QCOMPARE(resets.count(), 1);
+    }
+
+    void runAtRunsTheRowAsItIsNow()
+    {
+        auto model = cheatSheet(kEditor);
+        QVERIFY(!model->canRun());
+        model->runAt(0); // nothing to run it with
+
+        FakeWorkspace workspace;
+        FakeMenuCommandRunner menus;
+        FakeKeyInjector keys;
+        ManualScheduler scheduler;
+        ShortcutRunner runner(workspace, menus, keys, scheduler);
+        QStringList ran;
+        model->followRunner(runner, [&ran](const ShortcutItem& row) { ran << row.name; });
+        QVERIFY(model->canRun());
+        model->runAt(1);
+        m_store->setFilter(QStringLiteral("yank"));
+        model->runAt(0);
+        model->runAt(1);
+        QCOMPARE(ran, (QStringList{QStringLiteral("Save"), QStringLiteral("Yank line")}));
+    }
+
+    void failedRunShowsInTheStatusAreaOfItsApp()
+    {
+        auto editor = cheatSheet(kEditor);
+        auto other = cheatSheet(kUnknown);
+        FakeWorkspace workspace; // runs nothing
+        FakeMenuCommandRunner menus;
+        FakeKeyInjector keys;
+        ManualScheduler scheduler;
+        ShortcutRunner runner(workspace, menus, keys, scheduler);
+        editor->followRunner(runner, [](const ShortcutItem&) {});
+        other->followRunner(runner, [](const ShortcutItem&) {});
+        QSignalSpy status(editor.get(), &CheatSheetModel::scanStatusChanged);
+
+        runner.run(item(QStringLiteral("Save"), QStringLiteral("⌃ S")), kEditor);
+        QCOMPARE(editor->scanStatus(),
+                 QStringLiteral("Could not run “Save”: Editor is not running."));
+        QVERIFY(other->scanStatus().isEmpty());
+        QVERIFY(status.count() >= 1);
+
+        editor->dismissScanStatus();
+        QVERIFY(editor->scanStatus().isEmpty());
     }
 
     void scanStatusBelongsToTheScannedApp()

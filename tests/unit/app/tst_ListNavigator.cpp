@@ -183,6 +183,36 @@ private Q_SLOTS:
         QVERIFY(m_panel->received.isEmpty());
     }
 
+    void controlReturnRunsTheSelectedRowInsteadOfCopying()
+    {
+        QList<int> runs;
+        m_navigator->setOnRun([&runs](int index) { runs.append(index); });
+        m_navigator->syncCount(4);
+        m_navigator->setSelection(1);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(runs, QList<int>{1});
+        QVERIFY(m_activated.isEmpty());
+        QTest::keyClick(m_panel.get(), Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
+        QCOMPARE(runs, (QList<int>{1, 1}));
+        // Only the Control key itself reached the panel.
+        QCOMPARE(m_panel->received.count(Qt::Key_Control), m_panel->received.size());
+        // Plain Return still copies.
+        QTest::keyClick(m_panel.get(), Qt::Key_Return);
+        QCOMPARE(m_activated, QList<int>{1});
+        QCOMPARE(runs.size(), 2);
+    }
+
+    void controlReturnWithoutSelectionOrRunnerPassesTheEventOn()
+    {
+        m_navigator->syncCount(4);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return, Qt::ControlModifier);
+        m_navigator->setSelection(0);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return, Qt::ControlModifier);
+        m_panel->received.removeAll(Qt::Key_Control);
+        QCOMPARE(m_panel->received, (QList<int>{Qt::Key_Return, Qt::Key_Return}));
+        QVERIFY(m_activated.isEmpty());
+    }
+
     void slashAsksForTheSearchFieldAndIsConsumed()
     {
         m_navigator->syncCount(2);
