@@ -11,7 +11,7 @@ _tessaline_vault()
 {
     local cur=${COMP_WORDS[COMP_CWORD]}
     local prev=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="path sections rows favorite import export reset scan apps"
+    local commands="path sections rows favorite import export reset scan apps which conflicts"
 
     case $prev in
         --bundle-id)
@@ -49,6 +49,7 @@ _tessaline_vault()
         scan) options="--bundle-id --all" ;;
         rows) options="--json" ;;
         apps) options="--json" ;;
+        which | conflicts) options="--bundle-id --json" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$cur"))

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "LookupCommands.h"
 #include "ScanCommands.h"
 #include "VaultCli.h"
 #include "VaultCommands.h"
@@ -25,5 +26,6 @@ int main(int argc, char** argv)
     Tessaline::VaultCli cli;
     Tessaline::addVaultCommands(cli);
     Tessaline::addScanCommands(cli);
+    Tessaline::addLookupCommands(cli);
     return cli.run(QCoreApplication::arguments().mid(1));
 }
