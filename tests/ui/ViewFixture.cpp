@@ -133,6 +133,12 @@ QObject* ViewFixture::cheatSheet(const QString& appName, const QString& bundleID
     return keep(model);
 }
 
+void ViewFixture::bindOnDesktop(QObject* model, const QString& name, const QString& chord)
+{
+    if (auto* sheet = qobject_cast<CheatSheetModel*>(model))
+        sheet->setDesktopShortcuts({{name, QStringLiteral("Desktop: org.example.keys"), chord}});
+}
+
 QObject* ViewFixture::navigator()
 {
     return keep(new ListNavigator(&m_models));

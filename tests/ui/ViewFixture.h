@@ -38,6 +38,9 @@ public:
     /// A cheat-sheet model for the app (an empty bundle id means none).
     Q_INVOKABLE
     QObject* cheatSheet(const QString& appName, const QString& bundleID);
+    /// Lets the desktop itself take `chord` under `name` for the cheat sheet `model`.
+    Q_INVOKABLE
+    void bindOnDesktop(QObject* model, const QString& name, const QString& chord);
     /// A fresh keyboard navigator for a cheat-sheet view.
     Q_INVOKABLE
     QObject* navigator();
