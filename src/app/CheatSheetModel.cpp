@@ -59,6 +59,8 @@ void CheatSheetModel::startLookup()
 {
     if (m_lookupActive)
         return;
+    // The index is made now, while the user reaches for the chord, so the answer is at hand.
+    lookup();
     m_lookupActive = true;
     m_lookupChord.clear();
     recompute();
@@ -84,17 +86,23 @@ void CheatSheetModel::stopLookup()
     emit lookupChanged();
 }
 
+const ShortcutLookup& CheatSheetModel::lookup()
+{
+    if (!m_lookup) {
+        const std::optional<AppShortcutPack> pack =
+            m_store ? m_store->appPack(m_app) : std::nullopt;
+        m_lookup.emplace(pack ? QList<AppShortcutPack>{*pack} : QList<AppShortcutPack>{},
+                         m_store ? m_store->data().global : QList<ShortcutItem>{}, m_desktop);
+    }
+    return *m_lookup;
+}
+
 QList<ShortcutListModel::Entry> CheatSheetModel::lookupEntries()
 {
     if (!m_store || m_lookupChord.isEmpty())
         return {};
-    if (!m_lookup) {
-        const std::optional<AppShortcutPack> pack = m_store->appPack(m_app);
-        m_lookup.emplace(pack ? QList<AppShortcutPack>{*pack} : QList<AppShortcutPack>{},
-                         m_store->data().global, m_desktop);
-    }
     QList<ShortcutListModel::Entry> entries;
-    for (const BoundShortcut& bound : m_lookup->which(m_lookupChord))
+    for (const BoundShortcut& bound : lookup().which(m_lookupChord))
         entries.append({bound.source, bound.item});
     return entries;
 }

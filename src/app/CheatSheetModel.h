@@ -126,6 +126,8 @@ signals:
 
 private:
     void recompute();
+    /// The index of the app's pack, the global list and the desktop's bindings, made once.
+    const ShortcutLookup& lookup();
     /// The rows of key lookup: the shortcuts bound to the chord, under their source.
     QList<ShortcutListModel::Entry> lookupEntries();
     /// Finds the app's chords that clash again (after the vault or the desktop changed).

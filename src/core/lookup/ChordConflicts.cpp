@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lookup/ChordConflicts.h"
 
-#include "vault/ChordText.h"
+#include "lookup/ChordKeys.h"
 
 namespace Tessaline::ChordConflicts {
 
@@ -9,23 +9,24 @@ namespace {
 
 using DesktopIndex = QHash<QString, QList<DesktopShortcut>>;
 
-DesktopIndex indexed(const QList<DesktopShortcut>& desktop)
+DesktopIndex indexed(const QList<DesktopShortcut>& desktop, ChordKeys& keys)
 {
     DesktopIndex index;
     for (const DesktopShortcut& shortcut : desktop) {
-        if (const std::optional<QString> chord = ChordText::normalized(shortcut.chord))
+        if (const std::optional<QString> chord = keys.of(shortcut.chord))
             index[*chord].append(shortcut);
     }
     return index;
 }
 
-QList<ChordConflict> conflictsOf(const AppShortcutPack& pack, const DesktopIndex& desktop)
+QList<ChordConflict> conflictsOf(const AppShortcutPack& pack, const DesktopIndex& desktop,
+                                 ChordKeys& keys)
 {
     QList<std::optional<QString>> chords;
     chords.reserve(pack.shortcuts.size());
     QHash<QString, QList<qsizetype>> byChord;
     for (qsizetype i = 0; i < pack.shortcuts.size(); ++i) {
-        chords.append(ChordText::normalized(pack.shortcuts.at(i).chord));
+        chords.append(keys.of(pack.shortcuts.at(i).chord));
         if (chords.back())
             byChord[*chords.back()].append(i);
     }
@@ -53,16 +54,18 @@ QList<ChordConflict> conflictsOf(const AppShortcutPack& pack, const DesktopIndex
 
 QList<ChordConflict> inPack(const AppShortcutPack& pack, const QList<DesktopShortcut>& desktop)
 {
-    return conflictsOf(pack, indexed(desktop));
+    ChordKeys keys;
+    return conflictsOf(pack, indexed(desktop, keys), keys);
 }
 
 QList<ChordConflict> inPacks(const QList<AppShortcutPack>& packs,
                              const QList<DesktopShortcut>& desktop)
 {
-    const DesktopIndex index = indexed(desktop);
+    ChordKeys keys;
+    const DesktopIndex index = indexed(desktop, keys);
     QList<ChordConflict> conflicts;
     for (const AppShortcutPack& pack : packs)
-        conflicts += conflictsOf(pack, index);
+        conflicts += conflictsOf(pack, index, keys);
     return conflicts;
 }
 

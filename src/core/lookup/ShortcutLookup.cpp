@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lookup/ShortcutLookup.h"
 
+#include "lookup/ChordKeys.h"
 #include "vault/ChordText.h"
 
 namespace Tessaline {
@@ -9,9 +10,10 @@ ShortcutLookup::ShortcutLookup(const QList<AppShortcutPack>& packs,
                                const QList<ShortcutItem>& global,
                                const QList<DesktopShortcut>& desktop)
 {
-    const auto addItem = [this](BoundShortcut::Origin origin, const QString& source,
-                                const ShortcutItem& item) {
-        if (const std::optional<QString> chord = ChordText::normalized(item.chord))
+    ChordKeys keys;
+    const auto addItem = [this, &keys](BoundShortcut::Origin origin, const QString& source,
+                                       const ShortcutItem& item) {
+        if (const std::optional<QString> chord = keys.of(item.chord))
             add({origin, source, item}, *chord);
     };
     for (const AppShortcutPack& pack : packs) {
@@ -24,7 +26,7 @@ ShortcutLookup::ShortcutLookup(const QList<AppShortcutPack>& packs,
         ShortcutItem item;
         item.name = shortcut.name;
         item.chord = shortcut.chord;
-        if (const std::optional<QString> chord = ChordText::normalized(shortcut.chord))
+        if (const std::optional<QString> chord = keys.of(shortcut.chord))
             add({BoundShortcut::Origin::Desktop, shortcut.source, item}, *chord);
     }
 }
