@@ -22,7 +22,8 @@ struct BoundShortcut
     /// Where it comes from as the user reads it: the pack's name, "Global", or the desktop
     /// setting ("Desktop: org.gnome.desktop.wm.keybindings").
     QString source;
-    /// The vault's item as it is stored; for a desktop binding, its name and chord alone.
+    /// The vault's item as it is stored; for a desktop binding, its name and chord with
+    /// ShortcutLookup::desktopNote().
     ShortcutItem item;
 
     bool operator==(const BoundShortcut&) const = default;

@@ -26,9 +26,15 @@ ShortcutLookup::ShortcutLookup(const QList<AppShortcutPack>& packs,
         ShortcutItem item;
         item.name = shortcut.name;
         item.chord = shortcut.chord;
+        item.note = desktopNote();
         if (const std::optional<QString> chord = keys.of(shortcut.chord))
             add({BoundShortcut::Origin::Desktop, shortcut.source, item}, *chord);
     }
+}
+
+QString ShortcutLookup::desktopNote()
+{
+    return QStringLiteral("The desktop takes this key");
 }
 
 QString ShortcutLookup::globalSource()

@@ -24,6 +24,8 @@ public:
 
     /// Source of the global list's shortcuts.
     static QString globalSource(); // "Global"
+    /// The note of a desktop binding's item, its detail line in a list.
+    static QString desktopNote(); // "The desktop takes this key"
 
     /// The shortcuts bound to `chord`, written in either form: the packs' items first (packs
     /// and items in stored order), then the global ones, then the desktop's. Empty when the

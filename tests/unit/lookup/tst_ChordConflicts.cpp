@@ -2,19 +2,15 @@
 // Chords bound twice in one app, and app chords the desktop takes first.
 #include "lookup/ChordConflicts.h"
 
+#include "../vault/VaultTestSupport.h"
+
 #include <QtTest>
 
 using namespace Tessaline;
 
 namespace {
 
-ShortcutItem item(const QString& name, const QString& chord)
-{
-    ShortcutItem shortcut;
-    shortcut.name = name;
-    shortcut.chord = chord;
-    return shortcut;
-}
+using VaultTestSupport::item;
 
 AppShortcutPack kate(QList<ShortcutItem> items)
 {

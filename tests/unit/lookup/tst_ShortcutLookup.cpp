@@ -2,19 +2,15 @@
 // "What does this key do?" over app packs, the global list and the desktop's bindings.
 #include "lookup/ShortcutLookup.h"
 
+#include "../vault/VaultTestSupport.h"
+
 #include <QtTest>
 
 using namespace Tessaline;
 
 namespace {
 
-ShortcutItem item(const QString& name, const QString& chord)
-{
-    ShortcutItem shortcut;
-    shortcut.name = name;
-    shortcut.chord = chord;
-    return shortcut;
-}
+using VaultTestSupport::item;
 
 AppShortcutPack pack(const QString& name, const QString& bundleID, QList<ShortcutItem> items)
 {
@@ -29,7 +25,10 @@ using Origin = BoundShortcut::Origin;
 
 BoundShortcut bound(Origin origin, const QString& source, const QString& name, const QString& chord)
 {
-    return {origin, source, item(name, chord)};
+    BoundShortcut shortcut{origin, source, item(name, chord)};
+    if (origin == Origin::Desktop)
+        shortcut.item.note = u"The desktop takes this key"_qs;
+    return shortcut;
 }
 
 } // namespace
