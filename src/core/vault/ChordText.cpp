@@ -187,8 +187,10 @@ QString canonicalKey(const QString& name)
     compact.remove(QLatin1Char(' '));
     if (const std::optional<QString> stored = storedKeyName(compact))
         return *stored;
+    // Case is mapped a character at a time, so a key never grows ("ß" stays one key, where
+    // QString::toUpper() would make it "SS") and the result is its own canonical form.
     if (key.size() == 1)
-        return key.toUpper();
+        return QString(key.at(0).toUpper());
     if (compact.size() >= 2 && compact.size() <= 3 && compact.at(0) == QLatin1Char('f')) {
         bool number = false;
         const int n = QStringView(compact).mid(1).toInt(&number);
@@ -197,7 +199,7 @@ QString canonicalKey(const QString& name)
     }
     QStringList words = key.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (QString& word : words)
-        word = word.left(1).toUpper() + word.mid(1).toLower();
+        word = QString(word.at(0).toUpper()) + word.mid(1).toLower();
     return words.join(QLatin1Char(' '));
 }
 
@@ -253,6 +255,17 @@ std::optional<QString> normalizedOne(QStringView text)
         keyWords.append(QStringLiteral("+"));
     if (keyWords.isEmpty())
         return std::nullopt;
+    // No key's name holds a control character, or the ", " that separates the chords of a
+    // sequence: such text is no chord.
+    for (const QString& word : std::as_const(keyWords)) {
+        for (const QChar c : word) {
+            if (!c.isPrint() && !c.isSurrogate())
+                return std::nullopt;
+        }
+    }
+    const QString key = keyWords.join(QLatin1Char(' '));
+    if (key.contains(QLatin1String(", ")))
+        return std::nullopt;
     QString chord;
     for (std::size_t i = 0; i < kModifiers.size(); ++i) {
         if (held[i]) {
@@ -260,7 +273,7 @@ std::optional<QString> normalizedOne(QStringView text)
             chord.append(QLatin1Char(' '));
         }
     }
-    chord.append(canonicalKey(keyWords.join(QLatin1Char(' '))));
+    chord.append(canonicalKey(key));
     return chord;
 }
 

@@ -38,6 +38,7 @@ private slots:
         QTest::addRow("backspace is delete") << u"BackSpace"_qs << u"Delete"_qs;
         QTest::addRow("enter is return") << u"Ctrl+Enter"_qs << u"⌃ Return"_qs;
         QTest::addRow("unknown name capitalised") << u"shift+volume up"_qs << u"⇧ Volume Up"_qs;
+        QTest::addRow("key without a one-letter capital") << u"⌃ ß"_qs << u"⌃ ß"_qs;
         QTest::addRow("sequence") << u"Ctrl+K, Ctrl+C"_qs << u"⌃ K, ⌃ C"_qs;
         QTest::addRow("sequence in symbols") << u"⌃ K, ⌃ C"_qs << u"⌃ K, ⌃ C"_qs;
         QTest::addRow("sequence after a comma key") << u"⌃ ,, ⌃ C"_qs << u"⌃ ,, ⌃ C"_qs;
