@@ -59,6 +59,8 @@ private slots:
         QTest::addRow("blank") << u"   "_qs;
         QTest::addRow("modifiers only") << u"Ctrl+Shift"_qs;
         QTest::addRow("symbols only") << u"⌃ ⇧"_qs;
+        QTest::addRow("control character") << u"Ctrl+\u0001"_qs;
+        QTest::addRow("a sequence with a chord of modifiers only") << u"Ctrl+Shift, +X"_qs;
     }
     void textsWithoutAKeyAreNone()
     {
