@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Feeds the chord normalization of scanned menus and the chord texts of the vault: the first
-// byte is a menu modifier mask, the second a virtual key code (signed), and the rest, split at
-// the first NUL, a menu command character or chord, and a search query.
+// Feeds the chord normalization of scanned menus and the chord texts of the vault (their display
+// and their canonical form for lookups): the first byte is a menu modifier mask, the second a
+// virtual key code (signed), and the rest, split at the first NUL, a menu command character or
+// chord, and a search query.
 #include "FuzzInput.h"
 
 #include "scan/MenuReader.h"
@@ -55,7 +56,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         FuzzInput::require(code >= 36 && code <= 126 && !symbol->isEmpty(),
                            "only codes 36 to 126 have a symbol", QString::number(code));
         checkDisplayChord(*symbol, modifiers);
+        // A named key's chord and the same chord in words meet in one canonical text.
+        const QString chord = MenuReader::displayChord(*symbol, modifiers);
+        const std::optional<QString> canonical = ChordText::normalized(chord);
+        FuzzInput::require(canonical.has_value(), "a named key's chord names a key", chord);
+        FuzzInput::require(ChordText::normalized(ChordText::toWords(chord)) == canonical,
+                           "a chord in words and in symbols normalize alike", chord);
     }
+
+    // The canonical text of any text is its own canonical text.
+    if (const std::optional<QString> canonical = ChordText::normalized(text))
+        FuzzInput::require(ChordText::normalized(*canonical) == canonical,
+                           "normalizing twice changes nothing", text);
 
     // In symbols every stored character stays but Super, which has no symbol of its own there.
     const QString symbols = ChordText::display(text, KeyNameStyle::Symbols);

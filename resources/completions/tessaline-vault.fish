@@ -6,7 +6,7 @@ function __tessaline_vault_bundle_ids
     $program --json rows 2>/dev/null | string match -rg '"bundleID": *"([^"]*)"' | sort -u
 end
 
-set -l commands path sections rows favorite import export reset scan apps run
+set -l commands path sections rows favorite import export reset scan apps run which conflicts
 complete -c tessaline-vault -f
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a path -d 'Print the location of the vault file'
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a sections -d 'Print the cheat sheet of an application'
@@ -18,10 +18,12 @@ complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a re
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a scan -d 'Read the menus of a running application'
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a apps -d 'List the running applications a scan can read'
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a run -d 'Run a shortcut in a running application'
+complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a which -d 'Print every shortcut bound to a chord'
+complete -c tessaline-vault -n "not __fish_seen_subcommand_from $commands" -a conflicts -d 'Print the chords bound twice or taken by the desktop'
 # --json applies to the commands that print data.
 complete -c tessaline-vault -n "not __fish_seen_subcommand_from path import export reset scan run" -l json -d 'Print data as JSON'
 complete -c tessaline-vault -s h -l help -d 'Show the help'
-complete -c tessaline-vault -n "__fish_seen_subcommand_from sections favorite scan run" -l bundle-id -x -a '(__tessaline_vault_bundle_ids)' -d 'Bundle id of the pack'
+complete -c tessaline-vault -n "__fish_seen_subcommand_from sections favorite scan run which conflicts" -l bundle-id -x -a '(__tessaline_vault_bundle_ids)' -d 'Bundle id of the pack'
 complete -c tessaline-vault -n "__fish_seen_subcommand_from sections favorite" -l app -x -d 'Application name'
 complete -c tessaline-vault -n "__fish_seen_subcommand_from scan" -l all -d 'Every open application'
 complete -c tessaline-vault -n "__fish_seen_subcommand_from import export" -F

@@ -16,6 +16,7 @@
 #include "context/FrontmostAppTracker.h"
 #include "helpers/TextHelperService.h"
 #include "hotkeys/HotkeyManager.h"
+#include "lookup/DesktopShortcuts.h"
 #include "platform/Clipboard.h"
 #include "platform/WindowHints.h"
 #include "platform/Workspace.h"
@@ -162,6 +163,7 @@ void AppDelegate::showHUD()
         *m_store, *m_menuScanner, app, [this](const QString& text) { copyText(text); },
         helperActionList(), panel);
     model->followKeyNames(*m_keyNames);
+    model->setDesktopShortcuts(DesktopShortcuts::current(&m_platform.keySettings));
     auto* navigator = new ListNavigator(panel);
     navigator->setPanel(panel);
     navigator->setOnActivate([model](int index) { model->copyChordAt(index); });

@@ -2,6 +2,7 @@
 #include "CheatSheetModel.h"
 
 #include "commands/ShortcutRunner.h"
+#include "lookup/ChordConflicts.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/KeyNamePreference.h"
 #include "vault/VaultStore.h"
@@ -14,7 +15,11 @@ CheatSheetModel::CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, Tra
     : QObject(parent), m_store(&store), m_scanner(&scanner), m_app(std::move(app)),
       m_copyText(std::move(copyText)), m_helperActions(std::move(helperActions))
 {
-    connect(&store, &VaultStore::dataChanged, this, &CheatSheetModel::recompute);
+    connect(&store, &VaultStore::dataChanged, this, [this] {
+        m_lookup.reset();
+        findConflicts();
+        recompute();
+    });
     connect(&store, &VaultStore::filterChanged, this, [this] {
         recompute();
         emit filterChanged();
@@ -22,14 +27,99 @@ CheatSheetModel::CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, Tra
     for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged,
                         &AppMenuScanner::statusAppBundleIDChanged})
         connect(&scanner, signal, this, &CheatSheetModel::scanStatusChanged);
+    findConflicts();
     recompute();
 }
 
 void CheatSheetModel::followKeyNames(const KeyNamePreference& keyNames)
 {
-    m_rows.setKeyNameStyle(keyNames.style());
-    connect(&keyNames, &KeyNamePreference::styleChanged, this,
-            [this, &keyNames] { m_rows.setKeyNameStyle(keyNames.style()); });
+    const auto follow = [this, &keyNames] {
+        m_keyNames = keyNames.style();
+        m_rows.setKeyNameStyle(m_keyNames);
+        if (m_lookupActive)
+            emit lookupChanged();
+    };
+    follow();
+    connect(&keyNames, &KeyNamePreference::styleChanged, this, follow);
+}
+
+void CheatSheetModel::setDesktopShortcuts(QList<DesktopShortcut> shortcuts)
+{
+    m_desktop = std::move(shortcuts);
+    m_lookup.reset();
+    findConflicts();
+    recompute();
+}
+
+QString CheatSheetModel::lookupChordText() const
+{
+    return m_lookupChord.isEmpty() ? QString() : ChordText::display(m_lookupChord, m_keyNames);
+}
+
+void CheatSheetModel::startLookup()
+{
+    if (m_lookupActive)
+        return;
+    // The index is made now, while the user reaches for the chord, so the answer is at hand.
+    lookup();
+    m_lookupActive = true;
+    m_lookupChord.clear();
+    recompute();
+    emit lookupChanged();
+}
+
+void CheatSheetModel::lookUp(const QString& chord)
+{
+    if (!m_lookupActive)
+        return;
+    m_lookupChord = ChordText::normalized(chord).value_or(QString());
+    recompute();
+    emit lookupChanged();
+}
+
+void CheatSheetModel::stopLookup()
+{
+    if (!m_lookupActive)
+        return;
+    m_lookupActive = false;
+    m_lookupChord.clear();
+    recompute();
+    emit lookupChanged();
+}
+
+const ShortcutLookup& CheatSheetModel::lookup()
+{
+    if (!m_lookup) {
+        const std::optional<AppShortcutPack> pack =
+            m_store ? m_store->appPack(m_app) : std::nullopt;
+        m_lookup.emplace(pack ? QList<AppShortcutPack>{*pack} : QList<AppShortcutPack>{},
+                         m_store ? m_store->data().global : QList<ShortcutItem>{}, m_desktop);
+    }
+    return *m_lookup;
+}
+
+QList<ShortcutListModel::Entry> CheatSheetModel::lookupEntries()
+{
+    if (!m_store || m_lookupChord.isEmpty())
+        return {};
+    QList<ShortcutListModel::Entry> entries;
+    for (const BoundShortcut& bound : lookup().which(m_lookupChord))
+        entries.append({bound.source, bound.item});
+    return entries;
+}
+
+void CheatSheetModel::findConflicts()
+{
+    m_conflicts.clear();
+    if (!m_store)
+        return;
+    const std::optional<AppShortcutPack> pack = m_store->appPack(m_app);
+    if (!pack)
+        return;
+    const QHash<QString, QStringList> reasons =
+        ChordConflicts::reasonsByItem(ChordConflicts::inPack(*pack, m_desktop));
+    for (auto it = reasons.cbegin(); it != reasons.cend(); ++it)
+        m_conflicts.insert(it.key(), it->join(QLatin1Char('\n')));
 }
 
 void CheatSheetModel::followRunner(ShortcutRunner& runner,
@@ -82,15 +172,23 @@ bool CheatSheetModel::isScanning() const
 void CheatSheetModel::recompute()
 {
     QList<ShortcutListModel::Entry> entries;
-    if (m_store) {
+    if (m_lookupActive) {
+        entries = lookupEntries();
+    } else if (m_store) {
+        const QString global = VaultStore::globalSectionTitle();
         for (const ShortcutSection& section : m_store->sections(m_app)) {
-            for (const ShortcutItem& item : section.shortcuts)
-                entries.append({section.title, item});
+            for (const ShortcutItem& item : section.shortcuts) {
+                // Only the app's own rows clash; the global list is not the app's.
+                const QString conflict =
+                    section.title == global ? QString() : m_conflicts.value(item.id());
+                entries.append({section.title, item, conflict});
+            }
         }
     }
     // A vault change (a star, a reload, a merged scan) updates rows in place so that the list
     // keeps its scroll position and selection; a new search text starts the list afresh.
-    m_rows.update(std::move(entries), filter());
+    // Lookup rows are not a search: nothing in them is emphasised.
+    m_rows.update(std::move(entries), m_lookupActive ? QString() : filter());
     emit sectionsChanged();
 }
 
@@ -123,6 +221,12 @@ void CheatSheetModel::runAt(int index)
 
 std::optional<ShortcutItem> CheatSheetModel::itemAt(int index) const
 {
+    // Key lookup's rows are made from the chord pressed, not from the sections.
+    if (m_lookupActive) {
+        if (index < 0 || index >= m_rows.entries().size())
+            return std::nullopt;
+        return m_rows.entries().at(index).item;
+    }
     if (!m_store)
         return std::nullopt;
     // The list as it is at this moment, not as it was drawn.

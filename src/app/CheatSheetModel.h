@@ -3,6 +3,8 @@
 
 #include "ShortcutListModel.h"
 #include "context/TrackedApp.h"
+#include "lookup/DesktopShortcut.h"
+#include "lookup/ShortcutLookup.h"
 
 #include <QObject>
 #include <QPointer>
@@ -10,6 +12,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <optional>
 
 namespace Tessaline {
 
@@ -38,6 +41,11 @@ class CheatSheetModel : public QObject
     Q_PROPERTY(QVariantList helperActions READ helperActions CONSTANT)
     /// Whether rows can be run in the app (their run buttons are shown).
     Q_PROPERTY(bool canRun READ canRun CONSTANT)
+    /// True while key lookup waits for chords: the rows are then the shortcuts bound to the
+    /// last chord pressed, labelled by where they come from.
+    Q_PROPERTY(bool lookupActive READ lookupActive NOTIFY lookupChanged)
+    /// The chord looked up, drawn as the user wants chords drawn; empty until one is pressed.
+    Q_PROPERTY(QString lookupChordText READ lookupChordText NOTIFY lookupChanged)
 
 public:
     /// `copyText` puts a chord on the clipboard; `helperActions` lists the helper bar's
@@ -51,6 +59,9 @@ public:
     /// Runs rows through `run`, and shows `runner`'s word on the last failed run in this app
     /// in the status area (ahead of the scan status).
     void followRunner(ShortcutRunner& runner, std::function<void(const ShortcutItem&)> run);
+    /// The desktop's own key bindings: key lookup lists them, and the app's rows whose chord
+    /// the desktop takes are marked.
+    void setDesktopShortcuts(QList<DesktopShortcut> shortcuts);
 
     const TrackedApp& app() const { return m_app; }
     QString appName() const { return m_app.name; }
@@ -63,6 +74,21 @@ public:
     QString scanStatus() const;
     bool isScanning() const;
     QVariantList helperActions() const { return m_helperActions; }
+    bool lookupActive() const { return m_lookupActive; }
+    QString lookupChordText() const;
+    /// The chord looked up, in the stored form; empty until one is pressed.
+    QString lookupChord() const { return m_lookupChord; }
+
+    /// Starts key lookup: the rows are emptied until a chord is looked up.
+    Q_INVOKABLE
+    void startLookup();
+    /// Lists the shortcuts bound to `chord` (either written form) in the app's pack, the global
+    /// list and the desktop's bindings. Does nothing outside key lookup.
+    Q_INVOKABLE
+    void lookUp(const QString& chord);
+    /// Leaves key lookup; the rows are the cheat sheet again.
+    Q_INVOKABLE
+    void stopLookup();
 
     /// Flips the favourite of row `index`.
     Q_INVOKABLE
@@ -107,11 +133,18 @@ signals:
     void browseAllRequested();
     void settingsRequested();
     void helperActionRequested(const QString& rawValue);
+    void lookupChanged();
 
 private:
     void recompute();
     /// The item at flat `index` of the sections as they are now.
     std::optional<ShortcutItem> itemAt(int index) const;
+    /// The index of the app's pack, the global list and the desktop's bindings, made once.
+    const ShortcutLookup& lookup();
+    /// The rows of key lookup: the shortcuts bound to the chord, under their source.
+    QList<ShortcutListModel::Entry> lookupEntries();
+    /// Finds the app's chords that clash again (after the vault or the desktop changed).
+    void findConflicts();
 
     QPointer<VaultStore> m_store;
     QPointer<AppMenuScanner> m_scanner;
@@ -121,6 +154,14 @@ private:
     std::function<void(const QString&)> m_copyText;
     QVariantList m_helperActions;
     ShortcutListModel m_rows;
+    KeyNameStyle m_keyNames = KeyNameStyle::Words;
+    QList<DesktopShortcut> m_desktop;
+    /// Reasons of the app's clashing chords by item id, one reason per line.
+    QHash<QString, QString> m_conflicts;
+    bool m_lookupActive = false;
+    QString m_lookupChord;
+    /// Built when key lookup starts, dropped when the vault changes.
+    std::optional<ShortcutLookup> m_lookup;
 };
 
 } // namespace Tessaline

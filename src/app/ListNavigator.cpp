@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ListNavigator.h"
 
+#include "hotkeys/QtKeyMapping.h"
+#include "vault/ChordText.h"
+
+#include <hotkey/ModifierFlags.h>
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 
@@ -48,6 +53,13 @@ int keyCodeOf(const QKeyEvent& event)
     default:
         return -1;
     }
+}
+
+// Ctrl+K, the chord that starts key lookup.
+bool isLookupKey(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    return event.key() == Qt::Key_K && modifiers == Qt::ControlModifier;
 }
 
 } // namespace
@@ -98,19 +110,45 @@ void ListNavigator::stop()
     setSelection(kNoSelection);
 }
 
+void ListNavigator::setCapturing(bool capturing)
+{
+    if (m_capturing == capturing)
+        return;
+    m_capturing = capturing;
+    emit capturingChanged();
+}
+
 bool ListNavigator::eventFilter(QObject* watched, QEvent* event)
 {
+    // While capturing, the panel's shortcuts (Escape closes it) and the text field's editing
+    // keys must not see the chord: accepting the shortcut override keeps every shortcut from
+    // firing, and the key press itself is consumed below.
+    if (event->type() == QEvent::ShortcutOverride && m_capturing && m_panel &&
+        QGuiApplication::focusWindow() == m_panel) {
+        event->accept();
+        return true;
+    }
     // Key presses reach the focused window first; acting there keeps the event from the
     // search field when it is consumed.
     if (event->type() != QEvent::KeyPress || watched != QGuiApplication::focusWindow())
         return false;
+    const auto& keyEvent = *static_cast<QKeyEvent*>(event);
+    if (m_panel && QGuiApplication::focusWindow() == m_panel) {
+        if (m_capturing) {
+            capture(keyEvent);
+            return true;
+        }
+        if (isLookupKey(keyEvent)) {
+            emit lookupRequested();
+            return true;
+        }
+    }
     if (m_itemCount < 1)
         return false;
     if (!m_panel || QGuiApplication::focusWindow() != m_panel)
         return false;
-    const auto* key = static_cast<QKeyEvent*>(event);
-    const int keyCode = keyCodeOf(*key);
-    const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
+    const int keyCode = keyCodeOf(keyEvent);
+    const Qt::KeyboardModifiers modifiers = keyEvent.modifiers() & ~Qt::KeypadModifier;
     if ((keyCode == kReturnKey || keyCode == kKeypadEnterKey) && modifiers == Qt::ControlModifier)
         return run();
     return handle(keyCode);
@@ -122,6 +160,26 @@ bool ListNavigator::run()
         return false;
     m_onRun(m_selection);
     return true;
+}
+
+void ListNavigator::capture(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    if (event.key() == Qt::Key_Escape && modifiers == Qt::NoModifier) {
+        emit lookupCancelled();
+        return;
+    }
+    // A modifier alone is half a chord: wait for its key. The key is read as the hotkey
+    // recorder reads it, by its place when Qt does not know it.
+    if (QtKeyMapping::isModifierKey(event.key()))
+        return;
+    const std::optional<HotkeyKeyEvent> key =
+        QtKeyMapping::keyEvent(event.key(), event.modifiers(), event.nativeScanCode());
+    if (!key)
+        return;
+    const quint32 carbonModifiers = HotKey::ModifierFlags(key->modifierFlags).carbonFlags();
+    if (const std::optional<QString> chord = ChordText::fromKeyCode(key->keyCode, carbonModifiers))
+        emit chordPressed(*chord);
 }
 
 bool ListNavigator::handle(int keyCode)

@@ -26,7 +26,9 @@ void ShortcutListModel::update(QList<Entry> entries, const QString& query)
     }
     updateRows(
         m_entries, entries, [](const Entry& entry) { return rowKey(entry.group, entry.item); },
-        [](const Entry& shown, const Entry& next) { return shown.item == next.item; });
+        [](const Entry& shown, const Entry& next) {
+            return shown.item == next.item && shown.conflict == next.conflict;
+        });
 }
 
 int ShortcutListModel::rowCount(const QModelIndex& parent) const
@@ -39,6 +41,8 @@ QVariant ShortcutListModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     const Entry& entry = m_entries.at(index.row());
+    if (role == ConflictRole)
+        return entry.conflict;
     return shortcutData(entry.group, entry.item, m_query, m_keyNames, role);
 }
 
@@ -85,7 +89,9 @@ QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutIte
 
 QHash<int, QByteArray> ShortcutListModel::roleNames() const
 {
-    return shortcutRoleNames();
+    QHash<int, QByteArray> names = shortcutRoleNames();
+    names.insert(ConflictRole, "conflict");
+    return names;
 }
 
 QHash<int, QByteArray> ShortcutListModel::shortcutRoleNames()

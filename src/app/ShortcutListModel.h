@@ -12,7 +12,7 @@ namespace Tessaline {
 /// A flat list of shortcuts, each under a group title (a cheat-sheet section or a browser app),
 /// in display order, for the QML lists. The name is also offered highlighted for the query, and
 /// the chord as the user wants it drawn ("chordText") beside the stored one ("chord", which is
-/// what gets copied).
+/// what gets copied), and why the chord clashes ("conflict", empty when it does not).
 class ShortcutListModel : public KeyedListModel
 {
     Q_OBJECT
@@ -27,12 +27,15 @@ public:
         FavoriteRole,
         ScannedRole,
         ChordTextRole,
+        ConflictRole,
     };
 
     struct Entry
     {
         QString group;
         ShortcutItem item;
+        /// Why the chord may not do what the row says (one reason per line); empty when it does.
+        QString conflict = {};
     };
 
     using KeyedListModel::KeyedListModel;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "LookupCommands.h"
 #include "RunCommands.h"
 #include "ScanCommands.h"
 #include "VaultCli.h"
@@ -29,5 +30,6 @@ int main(int argc, char** argv)
     Tessaline::addVaultCommands(cli);
     Tessaline::addScanCommands(cli);
     Tessaline::addRunCommands(cli);
+    Tessaline::addLookupCommands(cli);
     return cli.run(QCoreApplication::arguments().mid(1));
 }

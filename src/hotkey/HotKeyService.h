@@ -58,6 +58,8 @@ public:
     static constexpr auto enabledKey = "enabled";
     static constexpr auto keyCodeKey = "keyCode";
     static constexpr auto modifiersKey = "modifiers";
+    /// Optional: the setting that binds the entry, e.g. "org.gnome.desktop.wm.keybindings close".
+    static constexpr auto nameKey = "name";
 
     virtual ~HotKeyService() = default;
 

@@ -94,21 +94,35 @@ std::optional<QString> KeyCombo::carbonKeyCodeToString(quint32)
 
 QList<KeyCombo> KeyCombo::systemKeyCombos()
 {
+    QList<KeyCombo> combos;
+    for (const NamedKeyCombo& named : namedSystemKeyCombos())
+        combos.append(named.combo);
+    return combos;
+}
+
+QList<NamedKeyCombo> KeyCombo::namedSystemKeyCombos()
+{
     HotKeyService* service = HotKeysController::service();
     if (service == nullptr)
         return {};
     const auto entries = service->symbolicHotKeys();
     if (!entries)
         return {};
-    QList<KeyCombo> combos;
-    for (const QVariantMap& entry : *entries) {
+    return namedKeyCombos(*entries);
+}
+
+QList<NamedKeyCombo> KeyCombo::namedKeyCombos(const QList<QVariantMap>& entries)
+{
+    QList<NamedKeyCombo> combos;
+    for (const QVariantMap& entry : entries) {
         const QVariant enabled = entry.value(QLatin1String(HotKeyService::enabledKey));
         const QVariant code = entry.value(QLatin1String(HotKeyService::keyCodeKey));
         const QVariant modifiers = entry.value(QLatin1String(HotKeyService::modifiersKey));
         if (!isNumber(enabled) || !enabled.toBool() || !isNumber(code) || !isNumber(modifiers))
             continue;
-        combos.append(KeyCombo(static_cast<quint32>(code.toLongLong()),
-                               static_cast<quint32>(modifiers.toLongLong())));
+        combos.append({KeyCombo(static_cast<quint32>(code.toLongLong()),
+                                static_cast<quint32>(modifiers.toLongLong())),
+                       entry.value(QLatin1String(HotKeyService::nameKey)).toString()});
     }
     return combos;
 }

@@ -12,6 +12,8 @@
 
 namespace HotKey {
 
+struct NamedKeyCombo;
+
 /// A key code and modifier bits, both in Carbon's form.
 struct KeyCombo
 {
@@ -49,6 +51,10 @@ struct KeyCombo
 
     /// The combinations the desktop itself already uses, as its hot-key service reports them.
     static QList<KeyCombo> systemKeyCombos();
+    /// The same combinations, each with the setting that binds it (empty when unnamed).
+    static QList<NamedKeyCombo> namedSystemKeyCombos();
+    /// The enabled entries of `entries`, in the form the hot-key service reports them, in order.
+    static QList<NamedKeyCombo> namedKeyCombos(const QList<QVariantMap>& entries);
     /// The 46 combinations that standard menus conventionally use.
     static QList<KeyCombo> standardKeyCombos();
     /// The combinations of the application's main menu; empty when it has none.
@@ -57,6 +63,15 @@ struct KeyCombo
     static QList<KeyCombo> keyCombos(const Menu& menu);
 
     constexpr bool operator==(const KeyCombo&) const = default;
+};
+
+/// A combination with the name of the setting that binds it.
+struct NamedKeyCombo
+{
+    KeyCombo combo;
+    QString name;
+
+    bool operator==(const NamedKeyCombo&) const = default;
 };
 
 } // namespace HotKey

@@ -2,6 +2,7 @@
 #include "platform/PlatformServices.h"
 
 #include "LogCategories.h"
+#include "lookup/DesktopShortcuts.h"
 #include "platform/atspi/AtspiAccessibilityTrust.h"
 #include "platform/atspi/AtspiElementFactory.h"
 #include "platform/atspi/AtspiMenuCommandRunner.h"
@@ -29,6 +30,7 @@
 #include "platform/x11/XInputKeyMonitor.h"
 #include "platform/x11/XTestKeyInjector.h"
 #include "platform/x11/XcbHotKeyService.h"
+#include "platform/x11/XcbHotKeySystemCombos.h"
 
 #include <hotkey/HotKeysController.h>
 
@@ -130,6 +132,15 @@ std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries)
     if (X11Connection::isAvailable())
         return std::make_unique<X11Workspace>(entries);
     return std::make_unique<AtspiWorkspace>(entries);
+}
+
+QList<DesktopShortcut> readDesktopShortcuts()
+{
+    const QList<DesktopShortcut> combos =
+        DesktopShortcuts::fromKeyCombos(HotKey::KeyCombo::namedKeyCombos(
+            XcbHotKeySystemCombos::read().value_or(QList<QVariantMap>{})));
+    return DesktopShortcuts::merged(combos,
+                                    DesktopShortcuts::fromKeySettings(CurrentDesktopKeySettings()));
 }
 
 } // namespace Tessaline

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "lookup/DesktopShortcut.h"
 #include "platform/AccessibilityElementFactory.h"
 #include "platform/AccessibilityTrust.h"
 #include "platform/AlertPresenter.h"
@@ -68,5 +69,10 @@ std::unique_ptr<PlatformServices> createPlatformServices();
 /// The workspace of this session alone, for the command-line companion: X11's windows when Qt
 /// runs on xcb, else the applications of the accessibility bus. `entries` must outlive it.
 std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries);
+
+/// The desktop's own key bindings, read from its settings without a display, for the
+/// command-line companion: the key-binding schemas the hot-key service reports on X11, then
+/// the bindings of the running desktop's key settings.
+QList<DesktopShortcut> readDesktopShortcuts();
 
 } // namespace Tessaline

@@ -15,12 +15,15 @@ class FakeDesktopKeySettings final : public DesktopKeySettings
 public:
     QHash<Action, QList<DesktopKeyBinding>> bound;
     mutable int reads = 0;
+    /// What settingsName() answers.
+    QString name;
 
     QList<DesktopKeyBinding> bindings(Action action) const override
     {
         ++reads;
         return bound.value(action);
     }
+    QString settingsName() const override { return name; }
 
     /// The bindings as the desktop writes them, for comparing in one line.
     static QStringList texts(const QList<DesktopKeyBinding>& bindings)

@@ -51,7 +51,7 @@ sed 's/"org\.kde\.kate"/"org.example.OnlyHere"/' "$work/vault.json" >"$work/edit
 ids=$("$vault_cli" --json rows | sed -n 's/.*"bundleID": *"\([^"]*\)".*/\1/p' | sort -u)
 grep -qx org.example.OnlyHere <<<"$ids" || { echo "FAIL: the edited vault was not imported" >&2; exit 1; }
 
-all_commands="path sections rows favorite import export reset scan apps run"
+all_commands="path sections rows favorite import export reset scan apps run which conflicts"
 expect "first word: commands and global options" "$all_commands --json --help" ""
 expect "a command's prefix" "sections scan" s
 expect "an option's prefix before the command" "--json" --j
@@ -71,6 +71,8 @@ mkdir -p "$work/files" && touch "$work/files/mine.json" "$work/files/other.txt"
 expect "files for import" "$work/files/mine.json" import "$work/files/mi"
 expect "files for export" "$work/files/mine.json $work/files/other.txt" export "$work/files/"
 expect "no argument completion for reset" "" reset ""
+expect "options of which" "--bundle-id --json --help" which --
+expect "bundle ids for conflicts" "org.example.OnlyHere" conflicts --bundle-id org.example
 
 # Every command of the help is known to each completion and to the manual page.
 help_commands=$("$vault_cli" --help | sed -n '/^Commands:/,/^Options:/p' |

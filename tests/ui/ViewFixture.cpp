@@ -174,6 +174,12 @@ QObject* ViewFixture::runnableCheatSheet(const QString& appName, const QString& 
     return model;
 }
 
+void ViewFixture::bindOnDesktop(QObject* model, const QString& name, const QString& chord)
+{
+    if (auto* sheet = qobject_cast<CheatSheetModel*>(model))
+        sheet->setDesktopShortcuts({{name, QStringLiteral("Desktop: org.example.keys"), chord}});
+}
+
 QObject* ViewFixture::navigator()
 {
     return keep(new ListNavigator(&m_models));

@@ -50,6 +50,9 @@ public:
     /// The names of the rows run from runnable cheat sheets, in order.
     Q_INVOKABLE
     QStringList ran() const { return m_ran; }
+    /// Lets the desktop itself take `chord` under `name` for the cheat sheet `model`.
+    Q_INVOKABLE
+    void bindOnDesktop(QObject* model, const QString& name, const QString& chord);
     /// A fresh keyboard navigator for a cheat-sheet view.
     Q_INVOKABLE
     QObject* navigator();

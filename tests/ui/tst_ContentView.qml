@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Controls
 import QtTest
 import "qrc:/Tessaline/qml"
 
@@ -408,6 +409,99 @@ Item {
             compare(view.navigator.searchFocusRequest, requests + 1)
             compare(field.text, "/")
             compare(view.model.filter, "/")
+        }
+    
+        // Visible items under `item` named `objectName`.
+        function visibleNamed(item, objectName) {
+            let found = []
+            const visit = function (node) {
+                if (!node || !node.visible)
+                    return
+                if (node.objectName === objectName)
+                    found.push(node)
+                for (let i = 0; i < node.children.length; ++i)
+                    visit(node.children[i])
+            }
+            visit(item)
+            return found
+        }
+
+        // A chord the desktop takes marks the app's row with a warning that says why, to the
+        // eye in its tooltip and to assistive tools in the row's description.
+        function test_rowsWhoseChordTheDesktopTakesAreMarked() {
+            const view = makeView("Editor", "org.example.Editor")
+            tryVerify(() => withText(view, "Super+S").length === 1)
+            compare(visibleNamed(view, "conflictBadge").length, 0)
+            fixture.bindOnDesktop(view.model, "Snap window", "Super+S")
+            tryVerify(() => visibleNamed(view, "conflictBadge").length === 1)
+            const badge = visibleNamed(view, "conflictBadge")[0]
+            compare(badge.text, "⚠")
+            compare(badge.ToolTip.text, "The desktop takes this key: Snap window")
+            compare(badge.Accessible.description, "The desktop takes this key: Snap window")
+            let row = badge
+            while (row && row.favorite === undefined)
+                row = row.parent
+            verify(row, "the badge is not inside a row")
+            compare(row.name, "Save")
+            compare(row.Accessible.description, "The desktop takes this key: Snap window")
+        }
+
+        // Ctrl+K asks for a chord; the chord pressed reaches neither the search field nor the
+        // HUD's own keys, and the list shows what it is bound to, by source. Escape goes back
+        // to the cheat sheet without closing the HUD.
+        function test_keyLookup() {
+            const view = makeView("Editor", "org.example.Editor")
+            fixture.attachNavigator(view.navigator, view)
+            fixture.bindOnDesktop(view.model, "Snap window", "Super+S")
+            const field = findChild(view, "searchField")
+            const list = findChild(view, "shortcutList")
+            tryVerify(() => field.activeFocus)
+            const closes = spyOn(view, "close")
+
+            keyClick(Qt.Key_K, Qt.ControlModifier)
+            verify(view.model.lookupActive)
+            verify(view.navigator.capturing)
+            compare(field.placeholderText, "Press a shortcut…")
+            compare(field.text, "")
+            compare(list.count, 0)
+            tryVerify(() => withText(view, "Press a shortcut to see what it does").length === 1)
+
+            // A lone modifier waits for its key.
+            keyClick(Qt.Key_Control, Qt.ControlModifier)
+            verify(view.model.lookupActive)
+            compare(list.count, 0)
+
+            keyClick(Qt.Key_S, Qt.MetaModifier)
+            compare(field.text, "Super+S")
+            compare(view.model.filter, "")
+            compare(list.count, 2)
+            tryVerify(() => withText(view, "EDITOR").length === 1)
+            compare(withText(view, "DESKTOP: ORG.EXAMPLE.KEYS").length, 1)
+            compare(withText(view, "Snap window").length, 1)
+            compare(withText(view, "Find").length, 0)
+
+            // Keys the HUD acts on are looked up too: "/" does not ask for the search field.
+            const requests = view.navigator.searchFocusRequest
+            keyClick(Qt.Key_Slash)
+            compare(view.navigator.searchFocusRequest, requests)
+            compare(field.text, "/")
+            compare(list.count, 0)
+            tryVerify(() => withText(view, "Nothing is bound to /").length === 1)
+
+            keyClick(Qt.Key_Y, Qt.ControlModifier)
+            compare(field.text, "Ctrl+Y")
+            compare(list.count, 1)
+
+            keyClick(Qt.Key_Escape)
+            compare(closes.count, 0)
+            verify(!view.model.lookupActive)
+            verify(!view.navigator.capturing)
+            compare(field.placeholderText, "Search shortcuts, actions, or tags")
+            compare(field.text, "")
+            compare(view.navigator.itemCount, 5)
+            // The next Escape closes the HUD as before.
+            keyClick(Qt.Key_Escape)
+            compare(closes.count, 1)
         }
     }
 }

@@ -47,10 +47,24 @@ ThemedSurface {
             root.navigator.syncCount(root.model.flatCount)
         }
         function onSectionsChanged() { root.navigator.syncCount(root.model.flatCount) }
+        function onLookupChanged() {
+            root.navigator.selection = -1
+            root.navigator.syncCount(root.model.flatCount)
+        }
+    }
+    // Key lookup: Ctrl+K starts it, each chord pressed then lists what it is bound to, and
+    // Escape brings the cheat sheet back. The navigator captures the keys meanwhile.
+    Binding {
+        target: root.navigator
+        property: "capturing"
+        value: root.model.lookupActive
     }
     Connections {
         target: root.navigator
         function onSearchFocusRequestChanged() { search.focusField() }
+        function onLookupRequested() { root.model.startLookup() }
+        function onChordPressed(chord) { root.model.lookUp(chord) }
+        function onLookupCancelled() { root.model.stopLookup() }
         function onSelectionChanged() {
             if (root.navigator.selection >= 0)
                 list.scrollTo(root.navigator.selection)

@@ -134,14 +134,17 @@ ListView {
             }
             Label {
                 Layout.alignment: Qt.AlignHCenter
-                text: "Nothing matches that search"
+                text: !list.sheet.lookupActive ? "Nothing matches that search"
+                    : list.sheet.lookupChordText === "" ? "Press a shortcut to see what it does"
+                    : "Nothing is bound to " + list.sheet.lookupChordText
                 font.pixelSize: 14
                 font.weight: Font.Medium
                 Accessible.name: text
             }
             Label {
                 Layout.alignment: Qt.AlignHCenter
-                text: "Try the app name, action, key symbols, or tags like screenshot."
+                text: list.sheet.lookupActive ? "Escape goes back to the cheat sheet."
+                                              : "Try the app name, action, key symbols, or tags like screenshot."
                 font.pixelSize: 12
                 color: list.theme.secondary
                 Accessible.name: text

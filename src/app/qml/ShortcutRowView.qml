@@ -15,6 +15,8 @@ Rectangle {
     required property string detail
     required property bool favorite
     required property bool scanned
+    /// Why the chord may not do what the row says; empty when it does.
+    required property string conflict
     property bool isSelected: false
     /// Whether the row can be run in its app (the run button is offered).
     property bool canRun: false
@@ -36,6 +38,7 @@ Rectangle {
     border.width: isSelected ? 1.5 : 1
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + chordText
+    Accessible.description: conflict
     Accessible.selected: isSelected
     // An assistive tool's press on the row copies its chord, as Return does on the selection.
     Accessible.onPressAction: row.copyChord()
@@ -94,7 +97,7 @@ Rectangle {
                     font.pixelSize: 13
                     font.weight: Font.Medium
                     elide: Text.ElideRight
-                    Layout.fillWidth: !scannedBadge.visible
+                    Layout.fillWidth: !scannedBadge.visible && !conflictBadge.visible
                     Accessible.name: row.name
                 }
                 Label {
@@ -114,7 +117,22 @@ Rectangle {
                     }
                     Accessible.name: text
                 }
-                Item { Layout.fillWidth: scannedBadge.visible }
+                Label {
+                    id: conflictBadge
+                    objectName: "conflictBadge"
+                    visible: row.conflict !== ""
+                    text: "⚠"
+                    font.pixelSize: 11
+                    color: "#d97706"
+                    HoverHandler { id: conflictHover }
+                    ToolTip.visible: conflictHover.hovered
+                    ToolTip.text: row.conflict
+                    ToolTip.delay: 300
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: "Conflict"
+                    Accessible.description: row.conflict
+                }
+                Item { Layout.fillWidth: scannedBadge.visible || conflictBadge.visible }
             }
             Label {
                 text: row.detail

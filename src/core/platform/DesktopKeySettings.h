@@ -34,6 +34,9 @@ public:
     /// The combinations bound to `action` now, the desktop's preferred one first; empty when
     /// the desktop has none (or is not one whose settings can be read).
     virtual QList<DesktopKeyBinding> bindings(Action action) const = 0;
+    /// Where the desktop keeps these settings, as its users know it ("GNOME settings",
+    /// "kglobalshortcutsrc"); empty when no desktop's settings are read.
+    virtual QString settingsName() const { return {}; }
 };
 
 } // namespace Tessaline

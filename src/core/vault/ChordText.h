@@ -39,6 +39,18 @@ QString toWords(const QString& chord);
 /// their fixed order; nothing for any other query, which is searched as it is typed.
 std::optional<QString> symbolQuery(const QString& query);
 
+/// `chord` written in either form ("Ctrl+Shift+S", "⌃ ⇧ S", "shift+ctrl+s", "⌃⇧S") as one
+/// canonical text: the stored symbol form with the modifiers in their fixed order, the key's
+/// stored name ("Page Up", "←", "Esc", "F5") and single spaces; a sequence keeps its ", "
+/// between chords. Texts that name the same keys give the same result, so it serves as the
+/// key under which chords are compared. None when the text names no key.
+std::optional<QString> normalized(const QString& chord);
+
+/// The chord of a key by its Carbon code with Carbon modifier bits (control 0x1000, option
+/// 0x800, shift 0x200, command 0x100), in the form normalized() gives; none when the code
+/// names no key.
+std::optional<QString> fromKeyCode(quint32 carbonKeyCode, quint32 carbonModifiers);
+
 } // namespace ChordText
 
 } // namespace Tessaline

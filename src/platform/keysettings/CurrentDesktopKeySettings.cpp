@@ -75,4 +75,23 @@ QList<DesktopKeyBinding> CurrentDesktopKeySettings::bindings(Action action) cons
     return {};
 }
 
+QString CurrentDesktopKeySettings::settingsName() const
+{
+    switch (family()) {
+    case Family::Gnome:
+        return QStringLiteral("GNOME settings");
+    case Family::Cinnamon:
+        return QStringLiteral("Cinnamon settings");
+    case Family::Mate:
+        return QStringLiteral("MATE settings");
+    case Family::Kde:
+        return QStringLiteral("kglobalshortcutsrc");
+    case Family::Xfce:
+        return QStringLiteral("xfce4-keyboard-shortcuts");
+    case Family::None:
+        return {};
+    }
+    return {};
+}
+
 } // namespace Tessaline

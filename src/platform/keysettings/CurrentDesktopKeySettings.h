@@ -40,6 +40,7 @@ public:
     explicit CurrentDesktopKeySettings(const Sources& sources);
 
     QList<DesktopKeyBinding> bindings(Action action) const override;
+    QString settingsName() const override;
 
     /// The desktop whose settings are read; decided anew at each call, so that settings that
     /// appear later are found.

@@ -68,6 +68,8 @@ std::optional<QList<QVariantMap>> XcbHotKeySystemCombos::read()
                      QVariant::fromValue<qint64>(combo->carbonKeyCode)},
                     {QLatin1String(HotKey::HotKeyService::modifiersKey),
                      QVariant::fromValue<qint64>(combo->carbonModifiers)},
+                    {QLatin1String(HotKey::HotKeyService::nameKey),
+                     id + QLatin1Char(' ') + QString::fromUtf8(*key)},
                 });
             }
             g_variant_unref(value);

@@ -20,7 +20,8 @@ public:
     static QStringList schemaIds();
 
     /// One entry per binding that names a key with a Carbon code, in the form the hot-key
-    /// service reports them ("enabled", "keyCode", "modifiers"); none when no schema is
+    /// service reports them ("enabled", "keyCode", "modifiers", and "name": the schema id and
+    /// the key, "org.gnome.desktop.wm.keybindings close"); none when no schema is
     /// installed.
     static std::optional<QList<QVariantMap>> read();
 };

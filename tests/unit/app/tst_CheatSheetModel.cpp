@@ -133,6 +133,88 @@ private Q_SLOTS:
         QVERIFY(!nameless->appBundleID().isValid());
     }
 
+    void clashingChordsMarkTheAppsRows()
+    {
+        auto model = cheatSheet(kEditor);
+        QAbstractItemModelTester tester(model->rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(column(*model->rows(), ShortcutListModel::ConflictRole),
+                 QStringList(5, QString()));
+        QCOMPARE(model->rows()->roleNames().value(ShortcutListModel::ConflictRole),
+                 QByteArray("conflict"));
+
+        // The desktop takes Super+S from the app and Super+C, which only the global list uses.
+        model->setDesktopShortcuts(
+            {{QStringLiteral("Snap"), QStringLiteral("Desktop: x"), QStringLiteral("Super+S")},
+             {QStringLiteral("Clip"), QStringLiteral("Desktop: x"), QStringLiteral("⌘ C")}});
+        QCOMPARE(column(*model->rows(), ShortcutListModel::ConflictRole),
+                 (QStringList{QString(), QStringLiteral("The desktop takes this key: Snap"),
+                              QString(), QString(), QString()}));
+
+        // A scan adds a second item on Super+F: both rows say so.
+        m_store->mergeScannedShortcuts({item(QStringLiteral("Search"), QStringLiteral("⌘F"))},
+                                       kEditor);
+        const QStringList names = column(*model->rows(), ShortcutListModel::NameRole);
+        const QStringList conflicts = column(*model->rows(), ShortcutListModel::ConflictRole);
+        QCOMPARE(conflicts.at(names.indexOf(QStringLiteral("Find"))),
+                 QStringLiteral("Also bound to “Search” in this app"));
+        QCOMPARE(conflicts.at(names.indexOf(QStringLiteral("Search"))),
+                 QStringLiteral("Also bound to “Find” in this app"));
+        QCOMPARE(conflicts.at(names.indexOf(QStringLiteral("Copy"))), QString());
+    }
+
+    void keyLookupListsTheBoundShortcutsBySource()
+    {
+        auto model = cheatSheet(kEditor);
+        QAbstractItemModelTester tester(model->rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model->setDesktopShortcuts(
+            {{QStringLiteral("Clip"), QStringLiteral("Desktop: x"), QStringLiteral("Super+C")}});
+        QSignalSpy changes(model.get(), &CheatSheetModel::lookupChanged);
+        // Outside key lookup a chord changes nothing.
+        model->lookUp(QStringLiteral("Super+C"));
+        QVERIFY(!model->lookupActive());
+        QCOMPARE(model->flatCount(), 5);
+
+        model->startLookup();
+        QVERIFY(model->lookupActive());
+        QCOMPARE(model->flatCount(), 0);
+        QCOMPARE(model->lookupChordText(), QString());
+
+        model->lookUp(QStringLiteral("⌘ C"));
+        QCOMPARE(model->lookupChord(), QStringLiteral("⌘ C"));
+        QCOMPARE(model->lookupChordText(), QStringLiteral("Super+C"));
+        QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
+                 (QStringList{QStringLiteral("Copy"), QStringLiteral("Clip")}));
+        QCOMPARE(column(*model->rows(), ShortcutListModel::GroupRole),
+                 (QStringList{QStringLiteral("Global"), QStringLiteral("Desktop: x")}));
+        // The filter is untouched and does not narrow the lookup.
+        QCOMPARE(model->filter(), QString());
+
+        // The vault changing meanwhile is seen at once.
+        m_store->mergeScannedShortcuts({item(QStringLiteral("Clone"), QStringLiteral("⌘C"))},
+                                       kEditor);
+        QCOMPARE(column(*model->rows(), ShortcutListModel::GroupRole),
+                 (QStringList{QStringLiteral("Editor"), QStringLiteral("Global"),
+                              QStringLiteral("Desktop: x")}));
+
+        model->lookUp(QStringLiteral("Ctrl+Y"));
+        QCOMPARE(column(*model->rows(), ShortcutListModel::NameRole),
+                 QStringList{QStringLiteral("Yank line")});
+        // A starred lookup row is the vault's item.
+        model->toggleFavorite(0);
+        QVERIFY(
+            m_store
+                ->storedItem(item(QStringLiteral("Yank line"), QStringLiteral("⌃Y")).id(), kEditor)
+                ->isFavorite());
+
+        model->stopLookup();
+        QVERIFY(!model->lookupActive());
+        QCOMPARE(model->lookupChordText(), QString());
+        QCOMPARE(model->flatCount(), 6);
+        QCOMPARE(changes.count(), 4);
+    }
+
     void filterGoesThroughTheStore()
     {
         auto model = cheatSheet(kEditor);

@@ -278,6 +278,68 @@ private Q_SLOTS:
         QCOMPARE(m_panel->received, (QList<int>{Qt::Key_A, Qt::Key_Escape}));
     }
 
+    void ctrlKAsksForKeyLookupEvenWithoutRows()
+    {
+        m_navigator->syncCount(0);
+        QSignalSpy asked(m_navigator.get(), &ListNavigator::lookupRequested);
+        QTest::keyClick(m_panel.get(), Qt::Key_K, Qt::ControlModifier);
+        QCOMPARE(asked.count(), 1);
+        // (QTest presses the modifier keys themselves too; those pass.)
+        QCOMPARE(m_panel->received.count(Qt::Key_K), 0);
+        // K alone and Ctrl+Shift+K are not it.
+        QTest::keyClick(m_panel.get(), Qt::Key_K);
+        QTest::keyClick(m_panel.get(), Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(asked.count(), 1);
+        QCOMPARE(m_panel->received.count(Qt::Key_K), 2);
+        // Another focused window keeps its Ctrl+K.
+        QVERIFY(activate(*m_other));
+        QTest::keyClick(m_other.get(), Qt::Key_K, Qt::ControlModifier);
+        QCOMPARE(asked.count(), 1);
+        QCOMPARE(m_other->received.count(Qt::Key_K), 1);
+    }
+
+    void capturingTakesEveryKeyAsAChord()
+    {
+        m_navigator->syncCount(4);
+        QSignalSpy capturing(m_navigator.get(), &ListNavigator::capturingChanged);
+        QSignalSpy chords(m_navigator.get(), &ListNavigator::chordPressed);
+        QSignalSpy cancelled(m_navigator.get(), &ListNavigator::lookupCancelled);
+        m_navigator->setCapturing(true);
+        QCOMPARE(capturing.count(), 1);
+
+        QTest::keyClick(m_panel.get(), Qt::Key_Shift, Qt::ShiftModifier); // waits for its key
+        QTest::keyClick(m_panel.get(), Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QTest::keyClick(m_panel.get(), Qt::Key_Return);
+        QTest::keyClick(m_panel.get(), Qt::Key_Slash);
+        QTest::keyClick(m_panel.get(), Qt::Key_F5, Qt::MetaModifier | Qt::AltModifier);
+        QTest::keyClick(m_panel.get(), Qt::Key_Escape, Qt::ControlModifier);
+        const QStringList expected = {QStringLiteral("⌃ ⇧ S"),  QStringLiteral("↓"),
+                                      QStringLiteral("Return"), QStringLiteral("/"),
+                                      QStringLiteral("⌥ ⌘ F5"), QStringLiteral("⌃ Esc")};
+        QStringList pressed;
+        for (const QList<QVariant>& chord : std::as_const(chords))
+            pressed << chord.at(0).toString();
+        QCOMPARE(pressed, expected);
+        // None of them reached the panel or moved the selection.
+        QVERIFY(m_panel->received.isEmpty());
+        QCOMPARE(m_navigator->selection(), -1);
+        QCOMPARE(m_navigator->searchFocusRequest(), 0);
+        QVERIFY(m_activated.isEmpty());
+
+        QTest::keyClick(m_panel.get(), Qt::Key_Escape);
+        QCOMPARE(cancelled.count(), 1);
+        QCOMPARE(chords.count(), expected.size());
+        QVERIFY(m_panel->received.isEmpty());
+
+        m_navigator->setCapturing(false);
+        QTest::keyClick(m_panel.get(), Qt::Key_Escape);
+        QTest::keyClick(m_panel.get(), Qt::Key_Down);
+        QCOMPARE(m_panel->received, QList<int>{Qt::Key_Escape});
+        QCOMPARE(m_navigator->selection(), 0);
+        QCOMPARE(cancelled.count(), 1);
+    }
+
     void shrinkingTheListClampsTheSelection()
     {
         QSignalSpy counts(m_navigator.get(), &ListNavigator::itemCountChanged);
