@@ -314,6 +314,15 @@ private Q_SLOTS:
         model->runAt(0);
         model->runAt(1);
         QCOMPARE(ran, (QStringList{QStringLiteral("Save"), QStringLiteral("Yank line")}));
+
+        // Key lookup's rows are run as they are listed, not as the sections are.
+        m_store->setFilter(QString());
+        model->startLookup();
+        model->lookUp(QStringLiteral("Ctrl+Y"));
+        model->runAt(0);
+        model->runAt(1); // past the one row found
+        QCOMPARE(ran, (QStringList{QStringLiteral("Save"), QStringLiteral("Yank line"),
+                                   QStringLiteral("Yank line")}));
     }
 
     void failedRunShowsInTheStatusAreaOfItsApp()
