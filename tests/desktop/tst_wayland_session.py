@@ -87,8 +87,8 @@ def press(name):
     return False
 
 
-def editor_text():
-    """The text in mousepad's editor, read through its accessible text view."""
+def editor_texts():
+    """The text interfaces of mousepad's text views, read through the accessibility bus."""
     desktop = pyatspi.Registry.getDesktop(0)
     for i in range(desktop.childCount):
         app = desktop.getChildAtIndex(i)
@@ -96,29 +96,31 @@ def editor_text():
             continue
         for node in find_all(app, lambda n: n.getRoleName() == "text"):
             try:
-                text = node.queryText()
-                return text.getText(0, text.characterCount)
-            except Exception:
+                yield node.queryText()
+            except Exception:  # the view went away
                 continue
+
+
+def editor_text():
+    """The text in mousepad's editor."""
+    for text in editor_texts():
+        try:
+            return text.getText(0, text.characterCount)
+        except Exception:
+            continue
     return None
 
 
 def editor_selection():
     """The (start, end, length) of the first selection in mousepad's editor, if any."""
-    desktop = pyatspi.Registry.getDesktop(0)
-    for i in range(desktop.childCount):
-        app = desktop.getChildAtIndex(i)
-        if app is None or app.name.lower() != "mousepad":
+    for text in editor_texts():
+        try:
+            if text.getNSelections() > 0:
+                start, end = text.getSelection(0)
+                return start, end, text.characterCount
+            return None
+        except Exception:
             continue
-        for node in find_all(app, lambda n: n.getRoleName() == "text"):
-            try:
-                text = node.queryText()
-                if text.getNSelections() > 0:
-                    start, end = text.getSelection(0)
-                    return start, end, text.characterCount
-                return None
-            except Exception:
-                continue
     return None
 
 
