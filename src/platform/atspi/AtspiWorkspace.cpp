@@ -186,19 +186,26 @@ QList<AtspiWorkspace::Registered> AtspiWorkspace::registeredApplications(bool wi
     return found;
 }
 
+std::optional<QList<AtspiReference>> AtspiWorkspace::windowsOf(const QString& busName) const
+{
+    const auto windows = AtspiBus::callAll(
+        *m_bus,
+        {accessibleCall(AtspiReference{busName, QDBusObjectPath(AtspiBus::kRootPath)},
+                        QStringLiteral("GetChildren"))},
+        kCallTimeoutMs);
+    if (!windows)
+        return std::nullopt;
+    return AtspiBus::childrenOf(windows->first());
+}
+
 std::optional<QString> AtspiWorkspace::activeBusName() const
 {
     for (const Registered& registered : registeredApplications(true)) {
-        const auto windows =
-            AtspiBus::callAll(*m_bus,
-                              {accessibleCall(AtspiReference{registered.busName,
-                                                             QDBusObjectPath(AtspiBus::kRootPath)},
-                                              QStringLiteral("GetChildren"))},
-                              kCallTimeoutMs);
+        const std::optional<QList<AtspiReference>> windows = windowsOf(registered.busName);
         if (!windows)
             continue;
         QList<QDBusMessage> states;
-        for (const AtspiReference& window : AtspiBus::childrenOf(windows->first()))
+        for (const AtspiReference& window : *windows)
             states.append(accessibleCall(window, QStringLiteral("GetState")));
         const auto replies = AtspiBus::callAll(*m_bus, states, kCallTimeoutMs);
         if (replies && std::any_of(replies->cbegin(), replies->cend(), hasActiveState))
@@ -231,20 +238,12 @@ bool AtspiWorkspace::activate(const RunningApplication& application)
     for (const Registered& registered : registeredApplications(true)) {
         if (registered.application.processId != application.processId)
             continue;
-        const auto windows =
-            AtspiBus::callAll(*m_bus,
-                              {accessibleCall(AtspiReference{registered.busName,
-                                                             QDBusObjectPath(AtspiBus::kRootPath)},
-                                              QStringLiteral("GetChildren"))},
-                              kCallTimeoutMs);
-        if (!windows)
-            return false;
-        const QList<AtspiReference> frames = AtspiBus::childrenOf(windows->first());
-        if (frames.isEmpty())
+        const std::optional<QList<AtspiReference>> frames = windowsOf(registered.busName);
+        if (!frames || frames->isEmpty())
             return false;
         const auto grabbed = AtspiBus::callAll(
             *m_bus,
-            {QDBusMessage::createMethodCall(frames.first().service, frames.first().path.path(),
+            {QDBusMessage::createMethodCall(frames->first().service, frames->first().path.path(),
                                             kComponentInterface, QStringLiteral("GrabFocus"))},
             kCallTimeoutMs);
         return grabbed && firstArgument(grabbed->first()).toBool();

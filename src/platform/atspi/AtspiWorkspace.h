@@ -3,6 +3,7 @@
 
 #include "context/ActivationOrder.h"
 #include "platform/Workspace.h"
+#include "platform/atspi/AtspiBus.h"
 
 #include <QDBusConnection>
 #include <QHash>
@@ -50,6 +51,9 @@ private:
     void noteInactive(const QString& busName);
     /// The bus name of the application with an active window, other than Tessaline.
     std::optional<QString> activeBusName() const;
+    /// The top-level windows of the application with this bus name; absent when it does not
+    /// answer.
+    std::optional<QList<AtspiReference>> windowsOf(const QString& busName) const;
 
     const DesktopEntryLookup& m_entries;
     std::unique_ptr<ProcessAppIdentity> m_identity;
