@@ -137,15 +137,18 @@ class Checks:
     """Prints each check as PASS or FAIL and ends the test with the outcome."""
 
     def __init__(self):
+        self.passed = 0
         self.failures = []
 
     def __call__(self, condition, what):
         print(("PASS " if condition else "FAIL ") + what, flush=True)
-        if not condition:
+        if condition:
+            self.passed += 1
+        else:
             self.failures.append(what)
 
     def finish(self):
-        print("%d failure(s)" % len(self.failures))
+        print("%d passed, %d failed" % (self.passed, len(self.failures)))
         sys.exit(1 if self.failures else 0)
 
 

@@ -16,27 +16,15 @@ import time
 import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+from desktop_support import (Checks, bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
                              tessaline_app, tray_icon_geometry, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
-failures = []
-passes = []
 # With --tray the test covers the tray icon (inside a session with a tray host); without it,
 # the HUD, scan, clipboard and browser flows.
 TRAY_ONLY = "--tray" in sys.argv[1:]
-
-
-def check(condition, what):
-    print(("PASS " if condition else "FAIL ") + what, flush=True)
-    (passes if condition else failures).append(what)
-
-
-
-
-
-
+check = Checks()
 
 
 def tray_icon():
@@ -53,14 +41,7 @@ def set_clipboard(text):
     subprocess.run(["xclip", "-i", "-selection", "clipboard"], input=text, text=True)
 
 
-
-
-
-
 # --- accessibility helpers -------------------------------------------------------------------
-
-
-
 
 
 def find_named(name, role=None):
@@ -237,5 +218,4 @@ finally:
     editor.kill()
     shutil.rmtree(home, ignore_errors=True)
 
-print("%d passed, %d failed" % (len(passes), len(failures)))
-sys.exit(1 if failures else 0)
+check.finish()

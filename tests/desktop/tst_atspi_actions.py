@@ -18,18 +18,12 @@ import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import pyatspi  # noqa: E402
-from desktop_support import (act, bus_name_owned, control, find_all, named, run,  # noqa: E402
+from desktop_support import (Checks, act, bus_name_owned, control, find_all, named, run,  # noqa: E402
                              stop_tessaline, tessaline_app, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
-failures = []
-passes = []
-
-
-def check(condition, what):
-    print(("PASS " if condition else "FAIL ") + what, flush=True)
-    (passes if condition else failures).append(what)
+check = Checks()
 
 
 def states(node):
@@ -314,5 +308,4 @@ finally:
     editor.kill()
     shutil.rmtree(home, ignore_errors=True)
 
-print("%d passed, %d failed" % (len(passes), len(failures)))
-sys.exit(1 if failures else 0)
+check.finish()

@@ -21,7 +21,7 @@ import tempfile
 import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (bus_name_owned, control, run, set_accessibility,  # noqa: E402
+from desktop_support import (Checks, bus_name_owned, control, run, set_accessibility,  # noqa: E402
                              stop_tessaline, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
@@ -29,13 +29,7 @@ TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 QT_APP = os.path.join(BUILD, "bin", "scan_qt_menu_app")
 HOTKEY = "ctrl+alt+super+k"
 BIG_MENU_ITEMS = 50000
-failures = []
-passes = []
-
-
-def check(condition, what):
-    print(("PASS " if condition else "FAIL ") + what, flush=True)
-    (passes if condition else failures).append(what)
+check = Checks()
 
 
 home = tempfile.mkdtemp(prefix="tessaline-hostile-")
@@ -281,5 +275,4 @@ finally:
         shutil.copy(log_path, os.environ["TESSALINE_HOSTILE_LOG"])
     shutil.rmtree(home, ignore_errors=True)
 
-print("%d passed, %d failed" % (len(passes), len(failures)))
-sys.exit(1 if failures else 0)
+check.finish()

@@ -13,7 +13,7 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+from desktop_support import (Checks, bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
                              tessaline_app, texts_of, visible_windows, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
@@ -23,13 +23,7 @@ VAULT = os.path.join(BUILD, "bin", "tessaline-vault")
 # the heading of every command-line help, is not it).
 BANNED = re.compile(r"\bMac\b|macOS|\bFinder\b|\bOption\b|\bCmd\b|System Settings|"
                     r"Notes or Stickies|menu bar icon")
-failures = []
-passes = []
-
-
-def check(condition, what):
-    print(("PASS " if condition else "FAIL ") + what, flush=True)
-    (passes if condition else failures).append(what)
+check = Checks()
 
 
 def banned_in(texts):
@@ -81,5 +75,4 @@ finally:
     stop_tessaline(app)
     shutil.rmtree(home, ignore_errors=True)
 
-print("%d passed, %d failed" % (len(passes), len(failures)))
-sys.exit(1 if failures else 0)
+check.finish()

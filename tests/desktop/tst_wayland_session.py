@@ -19,7 +19,7 @@ import time
 import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
+from desktop_support import (Checks, bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
                              tessaline_app, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
@@ -27,13 +27,7 @@ TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 VAULT = os.path.join(BUILD, "bin", "tessaline-vault")
 QT_APP = os.path.join(BUILD, "bin", "scan_qt_menu_app")
 SHOTS = os.environ.get("TESSALINE_SCREENSHOT_DIR")
-failures = []
-passes = []
-
-
-def check(condition, what):
-    print(("PASS " if condition else "FAIL ") + what, flush=True)
-    (passes if condition else failures).append(what)
+check = Checks()
 
 
 def sway_app_ids():
@@ -239,9 +233,8 @@ finally:
             app.wait(5)
         except subprocess.TimeoutExpired:
             app.kill()
-    if failures:
+    if check.failures:
         print("Tessaline's log ends:\n" + "".join(open(os.path.join(home, "tessaline.log")).readlines()[-40:]))
     shutil.rmtree(home, ignore_errors=True)
 
-print(f"{len(passes)} passed, {len(failures)} failed")
-sys.exit(1 if failures else 0)
+check.finish()
