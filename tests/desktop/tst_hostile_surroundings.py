@@ -38,7 +38,8 @@ vault_path = home + "/.local/share/Tessaline/keybinds.json"
 env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + "/.config",
            XDG_DATA_HOME=home + "/.local/share", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
            QT_MESSAGE_PATTERN="%{type} %{category}: %{message}",
-           QT_LOGGING_RULES="tessaline.hud.timing.debug=true\ntessaline.scan.debug=true\ntessaline.atspi.debug=true")
+           QT_LOGGING_RULES="tessaline.hud.timing.debug=true\ntessaline.scan.debug=true\n"
+                            "tessaline.atspi.debug=true\ntessaline.tracker.timing.debug=true")
 os.makedirs(home + "/.config/Tessaline")
 with open(home + "/.config/Tessaline/defaults.json", "w") as f:
     json.dump({"Onboarding.completed": {"type": "bool", "value": True},
@@ -69,10 +70,20 @@ def statuses():
     return re.findall(r"scan finished: (.*)", log_text())
 
 
-def scan_current(window):
-    """Brings `window` to the front, asks for a scan of its app and returns the status message
-    the scan ended with (None when it did not end)."""
+def app_in_front():
+    """The bundle id the tracker last named as the app in front."""
+    named = re.findall(r"app in front (\S+) at", log_text())
+    return named[-1] if named else None
+
+
+def scan_current(window, bundle):
+    """Brings `window` to the front, waits until Tessaline's tracker names its app `bundle` (the
+    window manager's change reaches it apart from the bus request), asks for a scan of its app
+    and returns the status message the scan ended with (None when it did not end)."""
     run("xdotool", "windowactivate", "--sync", window)
+    if not wait_until(lambda: app_in_front() == bundle, 10, 0.05):
+        return "the tracker did not follow the focus to %s (it names %s)" % (bundle,
+                                                                          app_in_front())
     before = len(statuses())
     control("ScanCurrentApp")
     if not wait_until(lambda: len(statuses()) > before, 120, 0.05):
@@ -194,7 +205,7 @@ try:
     big = start([QT_APP, "--items", str(BIG_MENU_ITEMS)])
     big_window = window_of(big)
     check(big_window is not None, "the application with 50,000 menu items opens")
-    status = scan_current(big_window)
+    status = scan_current(big_window, "scan_qt_menu_app")
     check(status is not None and re.match(
         r"(Added \d+ of \d+ discovered|Found \d+) shortcuts? for scan_qt_menu_app", status),
         "the scan of 50,000 menu items ends: %s" % status)
@@ -221,7 +232,7 @@ try:
     check(bool(ended) and "scan_qt_menu_app" in ended,
           "it ends with a status message: %s" % ended)
     check(tessaline.poll() is None, "Tessaline keeps running after the application was killed")
-    status = scan_current(editor_window)
+    status = scan_current(editor_window, "org.xfce.mousepad")
     check(status is not None and re.match(r"(Added \d+ of \d+ discovered|Found \d+) shortcuts? "
                                           r"for Mousepad", status),
           "the next scan, of Mousepad, works: %s" % status)
@@ -251,7 +262,7 @@ try:
         fresh = start([QT_APP])
         fresh_window = window_of(fresh)
         time.sleep(1)
-        status = scan_current(fresh_window)
+        status = scan_current(fresh_window, "scan_qt_menu_app")
         check(status is not None and re.match(
             r"(Added \d+ of \d+ discovered|Found \d+) shortcuts? for scan_qt_menu_app", status),
             "the next scan after the bus restarted works: %s" % status)
