@@ -7,7 +7,7 @@
 #include "platform/atspi/AtspiElementFactory.h"
 #include "platform/atspi/AtspiMenuCommandRunner.h"
 #include "platform/atspi/AtspiTextInserter.h"
-#include "platform/atspi/AtspiWorkspace.h"
+#include "platform/wayland/WaylandWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/evdev/EvdevKeyMonitor.h"
@@ -73,7 +73,7 @@ void addInertServices(PlatformServices& services)
     if (isWaylandSession()) {
         qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
                          "accessibility bus; no key injection";
-        services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
+        services.workspace = std::make_unique<WaylandWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
         services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
         services.hotKeys = waylandHotKeyService();
@@ -131,7 +131,7 @@ std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries)
 {
     if (X11Connection::isAvailable())
         return std::make_unique<X11Workspace>(entries);
-    return std::make_unique<AtspiWorkspace>(entries);
+    return std::make_unique<WaylandWorkspace>(entries);
 }
 
 QList<DesktopShortcut> readDesktopShortcuts()
