@@ -64,10 +64,14 @@ std::optional<RunningApplication> WaylandWorkspace::frontmostApplication() const
 {
     const std::optional<QString> appId =
         m_windows->isAvailable() ? lastActivatedAppId() : std::nullopt;
+    const std::optional<RunningApplication> accessibleFront = m_accessible->frontmostApplication();
     if (!appId)
-        return m_accessible->frontmostApplication();
-    return ToplevelApplications::front(applicationOfAppId(*appId),
-                                       m_accessible->frontmostApplication(),
+        return accessibleFront;
+    const RunningApplication windowFront = applicationOfAppId(*appId);
+    // The bus usually agrees; its whole list is asked for only when it does not.
+    if (accessibleFront && ToplevelApplications::same(*accessibleFront, windowFront))
+        return accessibleFront;
+    return ToplevelApplications::front(windowFront, accessibleFront,
                                        m_accessible->runningApplications());
 }
 
