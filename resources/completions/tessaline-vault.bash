@@ -11,7 +11,7 @@ _tessaline_vault()
 {
     local cur=${COMP_WORDS[COMP_CWORD]}
     local prev=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="path sections rows favorite import export reset scan apps run which conflicts"
+    local commands="path sections rows favorite import export reset prune scan apps run which conflicts"
 
     case $prev in
         --bundle-id)
@@ -50,7 +50,7 @@ _tessaline_vault()
         rows) options="--json" ;;
         apps) options="--json" ;;
         run) options="--bundle-id" ;;
-        which | conflicts) options="--bundle-id --json" ;;
+        which | conflicts | prune) options="--bundle-id --json" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$cur"))

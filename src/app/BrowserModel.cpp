@@ -12,7 +12,8 @@ BrowserModel::BrowserModel(VaultStore& store, AppMenuScanner& scanner,
     : QObject(parent), m_store(&store), m_scanner(&scanner), m_copyText(std::move(copyText))
 {
     connect(&store, &VaultStore::dataChanged, this, &BrowserModel::rebuildIndex);
-    for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged})
+    for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged,
+                        &AppMenuScanner::driftTextChanged})
         connect(&scanner, signal, this, &BrowserModel::scannerChanged);
     rebuildIndex();
 }
@@ -40,7 +41,12 @@ int BrowserModel::appPackCount() const
 
 QString BrowserModel::statusText() const
 {
-    return m_scanner ? m_scanner->statusText().value_or(QString()) : QString();
+    if (!m_scanner || !m_scanner->statusText())
+        return QString();
+    // The note of shortcuts gone stale reads as part of the line.
+    const std::optional<QString> drift = m_scanner->driftText();
+    return drift ? AppMenuScanner::joinedWithDrift(*m_scanner->statusText(), *drift)
+                 : *m_scanner->statusText();
 }
 
 bool BrowserModel::isScanning() const

@@ -5,6 +5,7 @@
 #include "lookup/ChordConflicts.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/KeyNamePreference.h"
+#include "vault/ScanHistory.h"
 #include "vault/VaultStore.h"
 
 namespace Tessaline {
@@ -18,16 +19,24 @@ CheatSheetModel::CheatSheetModel(VaultStore& store, AppMenuScanner& scanner, Tra
     connect(&store, &VaultStore::dataChanged, this, [this] {
         m_lookup.reset();
         findConflicts();
+        findDrift();
+        recompute();
+    });
+    // A scan records itself after its merge has changed the vault.
+    connect(&store.scanHistory(), &ScanHistory::changed, this, [this] {
+        findDrift();
         recompute();
     });
     connect(&store, &VaultStore::filterChanged, this, [this] {
         recompute();
         emit filterChanged();
     });
-    for (auto signal : {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged,
-                        &AppMenuScanner::statusAppBundleIDChanged})
+    for (auto signal :
+         {&AppMenuScanner::isScanningChanged, &AppMenuScanner::statusTextChanged,
+          &AppMenuScanner::statusAppBundleIDChanged, &AppMenuScanner::driftTextChanged})
         connect(&scanner, signal, this, &CheatSheetModel::scanStatusChanged);
     findConflicts();
+    findDrift();
     recompute();
 }
 
@@ -122,6 +131,18 @@ void CheatSheetModel::findConflicts()
         m_conflicts.insert(it.key(), it->join(QLatin1Char('\n')));
 }
 
+void CheatSheetModel::findDrift()
+{
+    m_drift.clear();
+    if (!m_store)
+        return;
+    const std::optional<AppShortcutPack> pack = m_store->appPack(m_app);
+    if (!pack)
+        return;
+    if (const std::optional<ScanRecord> lastScan = m_store->scanHistory().lastScan(*pack))
+        m_drift = ShortcutDrift::marks(pack->shortcuts, *lastScan);
+}
+
 void CheatSheetModel::followRunner(ShortcutRunner& runner,
                                    std::function<void(const ShortcutItem&)> run)
 {
@@ -161,7 +182,8 @@ QString CheatSheetModel::scanStatus() const
         if (const std::optional<QString> failure = m_runner->statusText(m_app))
             return *failure;
     }
-    return m_scanner ? m_scanner->statusText(m_app).value_or(QString()) : QString();
+    // The scan's message, with the note of shortcuts it found stale after it.
+    return m_scanner ? m_scanner->statusLine(m_app).value_or(QString()) : QString();
 }
 
 bool CheatSheetModel::isScanning() const
@@ -178,10 +200,14 @@ void CheatSheetModel::recompute()
         const QString global = VaultStore::globalSectionTitle();
         for (const ShortcutSection& section : m_store->sections(m_app)) {
             for (const ShortcutItem& item : section.shortcuts) {
-                // Only the app's own rows clash; the global list is not the app's.
-                const QString conflict =
-                    section.title == global ? QString() : m_conflicts.value(item.id());
-                entries.append({section.title, item, conflict});
+                // Only the app's own rows clash or drift; the global list is not the app's.
+                if (section.title == global) {
+                    entries.append({section.title, item});
+                    continue;
+                }
+                const ShortcutDrift::Mark drift = m_drift.value(item.id());
+                entries.append(
+                    {section.title, item, m_conflicts.value(item.id()), drift.stale, drift.was});
             }
         }
     }

@@ -5,6 +5,7 @@
 #include "context/TrackedApp.h"
 #include "lookup/DesktopShortcut.h"
 #include "lookup/ShortcutLookup.h"
+#include "vault/ShortcutDrift.h"
 
 #include <QObject>
 #include <QPointer>
@@ -145,6 +146,9 @@ private:
     QList<ShortcutListModel::Entry> lookupEntries();
     /// Finds the app's chords that clash again (after the vault or the desktop changed).
     void findConflicts();
+    /// Finds the app's items that the last scan of the app no longer found, and the old chords
+    /// of those whose chord changed (after the vault or the scan history changed).
+    void findDrift();
 
     QPointer<VaultStore> m_store;
     QPointer<AppMenuScanner> m_scanner;
@@ -158,6 +162,8 @@ private:
     QList<DesktopShortcut> m_desktop;
     /// Reasons of the app's clashing chords by item id, one reason per line.
     QHash<QString, QString> m_conflicts;
+    /// Items of the app's pack that went stale or changed their chord, by item id.
+    QHash<QString, ShortcutDrift::Mark> m_drift;
     bool m_lookupActive = false;
     QString m_lookupChord;
     /// Built when key lookup starts, dropped when the vault changes.

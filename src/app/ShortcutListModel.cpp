@@ -27,7 +27,8 @@ void ShortcutListModel::update(QList<Entry> entries, const QString& query)
     updateRows(
         m_entries, entries, [](const Entry& entry) { return rowKey(entry.group, entry.item); },
         [](const Entry& shown, const Entry& next) {
-            return shown.item == next.item && shown.conflict == next.conflict;
+            return shown.item == next.item && shown.conflict == next.conflict &&
+                   shown.stale == next.stale && shown.was == next.was;
         });
 }
 
@@ -41,8 +42,18 @@ QVariant ShortcutListModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     const Entry& entry = m_entries.at(index.row());
-    if (role == ConflictRole)
+    switch (role) {
+    case ConflictRole:
         return entry.conflict;
+    case StaleRole:
+        return entry.stale;
+    case WasTextRole:
+        return entry.was.isEmpty()
+                   ? QString()
+                   : QStringLiteral("was %1").arg(ChordText::display(entry.was, m_keyNames));
+    default:
+        break;
+    }
     return shortcutData(entry.group, entry.item, m_query, m_keyNames, role);
 }
 
@@ -58,7 +69,7 @@ void ShortcutListModel::chordTextsChanged(QAbstractListModel& model)
 {
     const int rows = model.rowCount();
     if (rows > 0)
-        emit model.dataChanged(model.index(0), model.index(rows - 1), {ChordTextRole});
+        emit model.dataChanged(model.index(0), model.index(rows - 1), {ChordTextRole, WasTextRole});
 }
 
 QVariant ShortcutListModel::shortcutData(const QString& group, const ShortcutItem& item,
@@ -91,6 +102,8 @@ QHash<int, QByteArray> ShortcutListModel::roleNames() const
 {
     QHash<int, QByteArray> names = shortcutRoleNames();
     names.insert(ConflictRole, "conflict");
+    names.insert(StaleRole, "stale");
+    names.insert(WasTextRole, "wasText");
     return names;
 }
 

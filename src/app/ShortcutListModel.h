@@ -12,7 +12,9 @@ namespace Tessaline {
 /// A flat list of shortcuts, each under a group title (a cheat-sheet section or a browser app),
 /// in display order, for the QML lists. The name is also offered highlighted for the query, and
 /// the chord as the user wants it drawn ("chordText") beside the stored one ("chord", which is
-/// what gets copied), and why the chord clashes ("conflict", empty when it does not).
+/// what gets copied), why the chord clashes ("conflict", empty when it does not), whether the
+/// last menu scan of the app no longer found the item ("stale") and, for a command whose chord
+/// changed, its old chord as the user wants it drawn ("wasText": "was Ctrl+X").
 class ShortcutListModel : public KeyedListModel
 {
     Q_OBJECT
@@ -28,6 +30,8 @@ public:
         ScannedRole,
         ChordTextRole,
         ConflictRole,
+        StaleRole,
+        WasTextRole,
     };
 
     struct Entry
@@ -36,6 +40,10 @@ public:
         ShortcutItem item;
         /// Why the chord may not do what the row says (one reason per line); empty when it does.
         QString conflict = {};
+        /// The last menu scan of the app no longer found the item.
+        bool stale = false;
+        /// The chord the command had before its last scan, stored form; empty when unchanged.
+        QString was = {};
     };
 
     using KeyedListModel::KeyedListModel;
@@ -50,7 +58,7 @@ public:
     /// Redraws every row's chord text in `style`.
     void setKeyNameStyle(KeyNameStyle style);
 
-    /// Announces that the "chordText" of every one of `model`'s rows changed.
+    /// Announces that the "chordText" and "wasText" of every one of `model`'s rows changed.
     static void chordTextsChanged(QAbstractListModel& model);
 
     int rowCount(const QModelIndex& parent = {}) const override;

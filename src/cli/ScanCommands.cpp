@@ -106,7 +106,9 @@ int scan(VaultCli& cli, const VaultCli::Arguments& arguments)
         platform.scanner.scanAndMergeCurrentApp(app, store);
     }
     waitForScan(platform.scanner);
-    cli.out() << platform.scanner.statusText().value_or(QString()) << '\n';
+    const QString status = platform.scanner.statusText().value_or(QString());
+    const std::optional<QString> drift = platform.scanner.driftText();
+    cli.out() << (drift ? AppMenuScanner::joinedWithDrift(status, *drift) : status) << '\n';
     return cli.finishWithStoreStatus();
 }
 

@@ -189,6 +189,38 @@ int favorite(VaultCli& cli, const VaultCli::Arguments& arguments)
     return VaultCli::Success;
 }
 
+int prune(VaultCli& cli, const VaultCli::Arguments& arguments)
+{
+    if (!arguments.has(kBundleId))
+        return cli.fail(QStringLiteral("usage: tessaline-vault prune --bundle-id ID"),
+                        VaultCli::UsageError);
+    if (!cli.requireHealthyVault())
+        return VaultCli::VaultFailure;
+    VaultStore& store = cli.store();
+    const TrackedApp app = VaultCli::appFrom(arguments);
+    if (!store.appPack(app)) {
+        return cli.fail(QStringLiteral("no app with bundle id \"%1\" in the vault")
+                            .arg(arguments.option(kBundleId)));
+    }
+    const QList<ShortcutItem> removed = store.pruneStaleItems(app);
+    if (const int code = cli.finishWithStoreStatus())
+        return code;
+    if (arguments.json) {
+        QJsonArray items;
+        for (const ShortcutItem& item : removed)
+            items.append(itemJson(item));
+        printJson(cli, QJsonObject{{QStringLiteral("app"), app.name},
+                                   {QStringLiteral("bundleID"), optionalJson(app.bundleID)},
+                                   {QStringLiteral("removed"), items}});
+        return VaultCli::Success;
+    }
+    for (const ShortcutItem& item : removed)
+        cli.out() << item.name << '\t' << cli.drawChord(item.chord) << '\n';
+    if (removed.isEmpty())
+        cli.err() << "Nothing to prune.\n";
+    return VaultCli::Success;
+}
+
 // Replacing a vault that failed to load keeps the old file beside it; say where.
 void reportDamagedCopy(VaultCli& cli, bool wasDamaged)
 {
@@ -322,6 +354,19 @@ void addVaultCommands(VaultCli& cli)
          0,
          false,
          reset});
+    cli.addCommand(
+        {QStringLiteral("prune"),
+         QStringLiteral("--bundle-id ID"),
+         QStringLiteral(
+             "Remove from the app's pack the shortcuts found by an earlier menu scan that its\n"
+             "last scan no longer found: the command left its menus, or its chord changed.\n"
+             "Lines read: name <TAB> chord, one for each shortcut removed. Exits with 1 when the\n"
+             "vault has no pack for ID."),
+         {kBundleId},
+         0,
+         0,
+         true,
+         prune});
 }
 
 } // namespace Tessaline

@@ -2,7 +2,9 @@
 // A small Qt Widgets window with a menu bar, for scanning a Qt application's menus. With
 // "--items N" a "Library" menu adds N more items in submenus of 500, one in a hundred with a
 // shortcut: a menu bar far larger than any reader should walk whole. Each menu item that runs
-// prints "triggered <title>" on standard output, so that a test can tell which ones ran.
+// prints "triggered <title>" on standard output, so that a test can tell which ones ran. With
+// SCAN_SAMPLE_MENU_CHANGED=1 in the environment the menus are those of a later version: Save
+// moved to Ctrl+Alt+S and Quit is gone, for tests of what a rescan finds changed.
 #include <QAction>
 #include <QApplication>
 #include <QKeySequence>
@@ -19,6 +21,7 @@ int main(int argc, char** argv)
     const QStringList arguments = QCoreApplication::arguments();
     const qsizetype itemsOption = arguments.indexOf(QStringLiteral("--items"));
     const int extraItems = itemsOption >= 0 ? arguments.value(itemsOption + 1).toInt() : 0;
+    const bool changed = qEnvironmentVariableIntValue("SCAN_SAMPLE_MENU_CHANGED") == 1;
     QMainWindow window;
     window.setWindowTitle(QStringLiteral("Scan Menu Sample"));
     window.setCentralWidget(new QPlainTextEdit(&window));
@@ -26,11 +29,15 @@ int main(int argc, char** argv)
     QMenu* file = window.menuBar()->addMenu(QStringLiteral("&File"));
     file->addAction(QStringLiteral("&New"))->setShortcut(QKeySequence(QStringLiteral("Ctrl+N")));
     file->addAction(QStringLiteral("&Open…"))->setShortcut(QKeySequence(QStringLiteral("Ctrl+O")));
-    file->addAction(QStringLiteral("&Save"))->setShortcut(QKeySequence(QStringLiteral("Ctrl+S")));
+    file->addAction(QStringLiteral("&Save"))
+        ->setShortcut(
+            QKeySequence(changed ? QStringLiteral("Ctrl+Alt+S") : QStringLiteral("Ctrl+S")));
     file->addAction(QStringLiteral("Save &As..."))
         ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+S")));
     file->addSeparator();
-    file->addAction(QStringLiteral("&Quit"))->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
+    if (!changed)
+        file->addAction(QStringLiteral("&Quit"))
+            ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
 
     QMenu* edit = window.menuBar()->addMenu(QStringLiteral("&Edit"));
     edit->addAction(QStringLiteral("&Undo"))->setShortcut(QKeySequence(QStringLiteral("Ctrl+Z")));

@@ -51,9 +51,11 @@ sed 's/"org\.kde\.kate"/"org.example.OnlyHere"/' "$work/vault.json" >"$work/edit
 ids=$("$vault_cli" --json rows | sed -n 's/.*"bundleID": *"\([^"]*\)".*/\1/p' | sort -u)
 grep -qx org.example.OnlyHere <<<"$ids" || { echo "FAIL: the edited vault was not imported" >&2; exit 1; }
 
-all_commands="path sections rows favorite import export reset scan apps run which conflicts"
+all_commands="path sections rows favorite import export reset prune scan apps run which conflicts"
 expect "first word: commands and global options" "$all_commands --json --help" ""
 expect "a command's prefix" "sections scan" s
+expect "options of prune" "--bundle-id --json --help" prune --
+expect "bundle ids for prune" "org.example.OnlyHere" prune --bundle-id org.example
 expect "an option's prefix before the command" "--json" --j
 expect "options of sections" "--app --bundle-id --json --help" sections --
 expect "options of scan" "--bundle-id --all --help" scan --

@@ -235,6 +235,27 @@ void ViewFixture::startScan(const QString& appName, const QString& bundleID)
     m_desktop->scanner.scanAndMergeCurrentApp(tracked(appName, bundleID), *m_store);
 }
 
+bool ViewFixture::scanWithDrift(const QString& appName, const QString& bundleID)
+{
+    // Menu modifier masks: 4 is Control, 1 Shift, 8 "no Super".
+    constexpr int control = 4 | 8;
+    constexpr int controlShift = control | 1;
+    const qint64 pid = 4242;
+    m_desktop->workspace.apps.append(makeApp(appName, bundleID, pid));
+    const auto setMenu = [this, pid](const QList<FakeElementPtr>& items) {
+        m_desktop->elements.applications.insert(
+            pid, makeApplication({makeMenu(QStringLiteral("File"), items)}));
+    };
+    setMenu({makeItem(QStringLiteral("Cut"), QStringLiteral("x"), control),
+             makeItem(QStringLiteral("Close"), QStringLiteral("w"), control)});
+    startScan(appName, bundleID);
+    if (!m_desktop->waitForScan())
+        return false;
+    setMenu({makeItem(QStringLiteral("Cut"), QStringLiteral("x"), controlShift)});
+    startScan(appName, bundleID);
+    return m_desktop->waitForScan();
+}
+
 QString ViewFixture::autostartFile() const
 {
     return AutostartEntry().filePath();

@@ -71,6 +71,10 @@ public:
     /// Starts a current-app scan; the faked desktop runs no app, so it ends with a message.
     Q_INVOKABLE
     void startScan(const QString& appName, const QString& bundleID);
+    /// Scans the app twice on the faked desktop, its menu changing in between: "Cut" moves
+    /// from Ctrl+X to Ctrl+Shift+X and "Close" leaves. Returns once both scans have ended.
+    Q_INVOKABLE
+    bool scanWithDrift(const QString& appName, const QString& bundleID);
     /// Every text the models put on the clipboard.
     Q_INVOKABLE
     QStringList copied() const { return m_copied; }

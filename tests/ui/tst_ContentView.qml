@@ -446,6 +446,52 @@ Item {
             compare(row.Accessible.description, "The desktop takes this key: Snap window")
         }
 
+        // A rescan that no longer finds a command, or finds it under a new chord: the status
+        // line counts them, the old rows are muted and tagged, and the moved command tells its
+        // old chord in the chosen key names.
+        function test_rowsThatDriftedSinceTheLastScanAreMarked() {
+            const view = makeView("Editor", "org.example.Editor")
+            verify(fixture.scanWithDrift("Editor", "org.example.Editor"))
+            tryCompare(view.model, "scanStatus",
+                       "Added 1 of 1 discovered shortcuts for Editor, 2 changed since the last scan.")
+            tryVerify(() => withText(view, view.model.scanStatus).length === 1)
+
+            const tags = visibleNamed(view, "staleTag")
+            compare(tags.length, 2)
+            const stale = tags.map(tag => {
+                let row = tag
+                while (row && row.favorite === undefined)
+                    row = row.parent
+                return row
+            })
+            compare(stale.map(row => row.name + " " + row.chordText).sort(),
+                    ["Close Ctrl+W", "Cut Ctrl+X"])
+            compare(tags[0].text, "not in the menus")
+            compare(tags[0].ToolTip.text, "The last menu scan did not find this shortcut")
+            compare(stale[0].Accessible.description, "The last menu scan did not find this shortcut")
+
+            // The new Cut, below the fold of the whole list, is found by a search.
+            view.model.filter = "cut"
+            tryVerify(() => visibleNamed(view, "wasChord").length === 1)
+            const was = visibleNamed(view, "wasChord")
+            compare(visibleNamed(view, "staleTag").length, 1)
+            compare(was[0].text, "was Ctrl+X")
+            let row = was[0]
+            while (row && row.favorite === undefined)
+                row = row.parent
+            compare(row.name, "Cut")
+            compare(row.chordText, "Ctrl+Shift+X")
+            compare(row.stale, false)
+            compare(row.Accessible.description,
+                    "The last menu scan found this command with a new chord; it was Ctrl+X")
+
+            const settings = fixture.settings()
+            settings.keyNames.words = false
+            compare(was[0].text, "was ⌃ X")
+            settings.keyNames.words = true
+            compare(was[0].text, "was Ctrl+X")
+        }
+
         // Ctrl+K asks for a chord; the chord pressed reaches neither the search field nor the
         // HUD's own keys, and the list shows what it is bound to, by source. Escape goes back
         // to the cheat sheet without closing the HUD.

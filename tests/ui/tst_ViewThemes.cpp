@@ -285,6 +285,25 @@ private Q_SLOTS:
         check(*view, QStringLiteral("hud-missing"));
     }
 
+    void cheatSheetAfterARescanThatFoundChanges_data() { themes(); }
+    void cheatSheetAfterARescanThatFoundChanges()
+    {
+        QObject* model =
+            m_fixture.cheatSheet(QStringLiteral("Editor"), QStringLiteral("org.example.Editor"));
+        QVERIFY(m_fixture.scanWithDrift(QStringLiteral("Editor"),
+                                        QStringLiteral("org.example.Editor")));
+        auto view = showCheatSheet(model);
+        QVERIFY(view);
+        QVERIFY(model->property("scanStatus")
+                    .toString()
+                    .endsWith(QStringLiteral("2 changed since the last scan.")));
+        // The scanned rows only, all filed under "File": the two stale ones muted and tagged,
+        // the Cut that moved with its old chord.
+        model->setProperty("filter", QStringLiteral("file"));
+        QCOMPARE(model->property("flatCount").toInt(), 3);
+        check(*view, QStringLiteral("hud-drift"));
+    }
+
     void cheatSheetWithoutMatches_data() { themes(); }
     void cheatSheetWithoutMatches()
     {

@@ -4,7 +4,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 
 // One shortcut of the cheat sheet: star, highlighted name with its detail line, chord keycap.
-// Its fields come from the roles of the cheat sheet's row model.
+// Its fields come from the roles of the cheat sheet's row model. A row the last menu scan no
+// longer found is drawn muted with a tag; a command whose chord changed shows its old chord.
 Rectangle {
     id: row
     required property int index
@@ -17,6 +18,10 @@ Rectangle {
     required property bool scanned
     /// Why the chord may not do what the row says; empty when it does.
     required property string conflict
+    /// The last menu scan of the app no longer found this shortcut.
+    required property bool stale
+    /// The chord the command had before its last scan ("was Ctrl+X"); empty when unchanged.
+    required property string wasText
     property bool isSelected: false
     /// Whether the row can be run in its app (the run button is offered).
     property bool canRun: false
@@ -28,6 +33,13 @@ Rectangle {
     readonly property color primary: palette.windowText
     readonly property color secondary: Qt.rgba(primary.r, primary.g, primary.b, 0.62)
     readonly property color accent: palette.highlight
+    /// What the menus no longer hold reads as set aside; the tag that says so stays legible.
+    readonly property real mutedOpacity: stale ? 0.55 : 1
+    /// Why the row is muted or shows an old chord; empty when neither. A stale row is never
+    /// one whose chord changed: the last scan found the one and not the other.
+    readonly property string driftReason: stale ? "The last menu scan did not find this shortcut"
+        : wasText !== "" ? "The last menu scan found this command with a new chord; it " + wasText
+        : ""
 
     implicitHeight: content.implicitHeight + 18
     radius: 8
@@ -38,7 +50,7 @@ Rectangle {
     border.width: isSelected ? 1.5 : 1
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + chordText
-    Accessible.description: conflict
+    Accessible.description: conflict + (conflict !== "" && driftReason !== "" ? "\n" : "") + driftReason
     Accessible.selected: isSelected
     // An assistive tool's press on the row copies its chord, as Return does on the selection.
     Accessible.onPressAction: row.copyChord()
@@ -94,15 +106,18 @@ Rectangle {
                     objectName: "rowName"
                     text: row.nameHtml
                     textFormat: Text.StyledText
+                    opacity: row.mutedOpacity
                     font.pixelSize: 13
                     font.weight: Font.Medium
                     elide: Text.ElideRight
                     Layout.fillWidth: !scannedBadge.visible && !conflictBadge.visible
+                                      && !staleTag.visible
                     Accessible.name: row.name
                 }
                 Label {
                     id: scannedBadge
                     visible: row.scanned
+                    opacity: row.mutedOpacity
                     text: "scanned"
                     font.pixelSize: 10
                     font.weight: Font.DemiBold
@@ -132,10 +147,30 @@ Rectangle {
                     Accessible.name: "Conflict"
                     Accessible.description: row.conflict
                 }
-                Item { Layout.fillWidth: scannedBadge.visible || conflictBadge.visible }
+                Label {
+                    id: staleTag
+                    objectName: "staleTag"
+                    visible: row.stale
+                    text: "not in the menus"
+                    font.pixelSize: 10
+                    font.italic: true
+                    color: row.secondary
+                    HoverHandler { id: staleHover }
+                    ToolTip.visible: staleHover.hovered
+                    ToolTip.text: row.driftReason
+                    ToolTip.delay: 300
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                    Accessible.description: row.driftReason
+                }
+                Item {
+                    Layout.fillWidth: scannedBadge.visible || conflictBadge.visible
+                                      || staleTag.visible
+                }
             }
             Label {
                 text: row.detail
+                opacity: row.mutedOpacity
                 color: row.secondary
                 font.pixelSize: 12
                 elide: Text.ElideRight
@@ -174,6 +209,21 @@ Rectangle {
             onClicked: row.run()
             Accessible.onPressAction: if (enabled) clicked()
         }
+        Label {
+            id: oldChord
+            objectName: "wasChord"
+            visible: row.wasText !== ""
+            text: row.wasText
+            font.pixelSize: 11
+            color: row.secondary
+            HoverHandler { id: oldChordHover }
+            ToolTip.visible: oldChordHover.hovered
+            ToolTip.text: row.driftReason
+            ToolTip.delay: 300
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+            Accessible.description: row.driftReason
+        }
         AbstractButton {
             id: keycap
             objectName: "chordButton"
@@ -190,6 +240,7 @@ Rectangle {
             bottomPadding: 6
             contentItem: Label {
                 text: row.chordText
+                opacity: row.mutedOpacity
                 font.family: "monospace"
                 font.pixelSize: 12
                 font.weight: Font.DemiBold

@@ -7,6 +7,8 @@
 #include "platform/AlertPresenter.h"
 #include "platform/Workspace.h"
 #include "scan/MenuReader.h"
+#include "vault/ScanHistory.h"
+#include "vault/ShortcutDrift.h"
 #include "vault/VaultOrder.h"
 #include "vault/VaultStore.h"
 
@@ -37,6 +39,39 @@ int toCount(qsizetype value)
     return static_cast<int>(value);
 }
 
+// What merging one app's scan did to the vault.
+struct Merged
+{
+    int added = 0;
+    /// Items of the pack the scan made stale.
+    int changed = 0;
+};
+
+// Merges `result` into `store` as the merge always has, then keeps the scan as the app's last
+// one in the store's scan history and counts the items it made stale.
+Merged mergeAndRecord(VaultStore& store, const ScanResult& result)
+{
+    const std::optional<AppShortcutPack> before = store.appPack(result.app);
+    Merged merged;
+    merged.added = toCount(store.mergeScannedShortcuts(result.shortcuts, result.app));
+    // An empty scan changes nothing, in the vault or in its history: a menu bar that answers
+    // with nothing says little about the commands it had.
+    if (result.shortcuts.isEmpty())
+        return merged;
+    const std::optional<AppShortcutPack> after = store.appPack(result.app);
+    if (!after)
+        return merged;
+    ScanHistory& history = store.scanHistory();
+    const QString key = ScanHistory::packKey(*after);
+    const std::optional<ScanRecord> previous = history.lastScan(key);
+    if (const Expected<void> recorded = history.record(key, result.shortcuts); !recorded)
+        qCWarning(lcScan) << recorded.error();
+    merged.changed =
+        ShortcutDrift::newlyStale(before ? before->shortcuts : QList<ShortcutItem>{}, previous,
+                                  after->shortcuts, ScanRecord::of(result.shortcuts));
+    return merged;
+}
+
 } // namespace
 
 struct AppMenuScanner::OpenAppsRun
@@ -48,6 +83,7 @@ struct AppMenuScanner::OpenAppsRun
     int added = 0;
     int found = 0;
     int withShortcuts = 0;
+    int changed = 0;
 };
 
 AppMenuScanner::AppMenuScanner(Workspace& workspace, AccessibilityTrust& trust,
@@ -66,6 +102,40 @@ std::optional<QString> AppMenuScanner::statusText(const TrackedApp& app) const
     if (app.bundleID && *app.bundleID == *m_statusAppBundleID)
         return m_statusText;
     return std::nullopt;
+}
+
+std::optional<QString> AppMenuScanner::driftText(const TrackedApp& app) const
+{
+    // The note goes with the message: shown where the message is.
+    return statusText(app) ? m_driftText : std::nullopt;
+}
+
+std::optional<QString> AppMenuScanner::statusLine(const TrackedApp& app) const
+{
+    const std::optional<QString> status = statusText(app);
+    if (!status)
+        return std::nullopt;
+    if (const std::optional<QString> drift = driftText(app))
+        return joinedWithDrift(*status, *drift);
+    return status;
+}
+
+QString AppMenuScanner::joinedWithDrift(const QString& status, const QString& drift)
+{
+    const bool sentence = status.endsWith(QLatin1Char('.'));
+    return (sentence ? status.chopped(1) : status) + QStringLiteral(", ") + drift +
+           (sentence ? QStringLiteral(".") : QString());
+}
+
+void AppMenuScanner::setDrift(int changed)
+{
+    const std::optional<QString> text =
+        changed > 0 ? std::optional(QStringLiteral("%1 changed since the last scan").arg(changed))
+                    : std::nullopt;
+    if (text == m_driftText)
+        return;
+    m_driftText = text;
+    emit driftTextChanged();
 }
 
 // Unlike most setters these notify on every assignment, also of an unchanged value: observers
@@ -100,6 +170,7 @@ void AppMenuScanner::scanAndMergeCurrentApp(const TrackedApp& app, VaultStore& s
     if (m_isScanning)
         return;
     setScanning(true);
+    setDrift(0);
     setStatusAppBundleID(app.bundleID);
     setStatusText(QStringLiteral("Scanning %1 menus...").arg(app.name));
     // The reading blocks while the other application answers; let the message paint first.
@@ -123,8 +194,10 @@ void AppMenuScanner::runCurrentAppScan(const TrackedApp& app, VaultStore* store)
     }
     const ScanResult& result = std::get<ScanResult>(outcome);
     const int n = static_cast<int>(result.shortcuts.size());
-    const int added =
-        store ? toCount(store->mergeScannedShortcuts(result.shortcuts, result.app)) : 0;
+    const Merged merged = store ? mergeAndRecord(*store, result) : Merged{};
+    const int added = merged.added;
+    // The note first, so that whoever hears of the final message finds it in place.
+    setDrift(merged.changed);
     const QString& name = result.app.name;
     if (n == 0) {
         setStatusText(QStringLiteral("No menu shortcuts found for %1.").arg(name));
@@ -146,6 +219,7 @@ void AppMenuScanner::scanAndMergeOpenApps(VaultStore& store)
     if (m_isScanning)
         return;
     setScanning(true);
+    setDrift(0);
     setStatusAppBundleID(std::nullopt);
     setStatusText(QStringLiteral("Preparing to scan open apps..."));
     if (!m_trust.isTrusted()) {
@@ -169,6 +243,7 @@ void AppMenuScanner::scanNextOpenApp(std::shared_ptr<OpenAppsRun> run)
 {
     const int total = static_cast<int>(run->apps.size());
     if (run->next >= total) {
+        setDrift(run->changed);
         setStatusText(
             QStringLiteral("Scanned %1 open apps. Added %2 new shortcuts from %3 found across %4 "
                            "apps.")
@@ -188,13 +263,11 @@ void AppMenuScanner::scanNextOpenApp(std::shared_ptr<OpenAppsRun> run)
         const ScanOutcome outcome = scan(app);
         if (const auto* result = std::get_if<ScanResult>(&outcome)) {
             const int count = static_cast<int>(result->shortcuts.size());
-            const int added =
-                run->store
-                    ? toCount(run->store->mergeScannedShortcuts(result->shortcuts, result->app))
-                    : 0;
+            const Merged merged = run->store ? mergeAndRecord(*run->store, *result) : Merged{};
             run->scanned = checkedAdd(run->scanned, 1);
             run->found = checkedAdd(run->found, count);
-            run->added = checkedAdd(run->added, added);
+            run->added = checkedAdd(run->added, merged.added);
+            run->changed = checkedAdd(run->changed, merged.changed);
             if (count > 0)
                 run->withShortcuts = checkedAdd(run->withShortcuts, 1);
         }
@@ -259,6 +332,7 @@ void AppMenuScanner::promptForAccessibility()
 
 void AppMenuScanner::clearStatus()
 {
+    setDrift(0);
     setStatusText(std::nullopt);
     setStatusAppBundleID(std::nullopt);
 }

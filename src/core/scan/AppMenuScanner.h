@@ -33,6 +33,7 @@ class AppMenuScanner : public QObject
     Q_PROPERTY(QString statusText READ statusTextOrNull NOTIFY statusTextChanged)
     Q_PROPERTY(
         QString statusAppBundleID READ statusAppBundleIDOrNull NOTIFY statusAppBundleIDChanged)
+    Q_PROPERTY(QString driftText READ driftTextOrNull NOTIFY driftTextChanged)
 public:
     AppMenuScanner(Workspace& workspace, AccessibilityTrust& trust,
                    AccessibilityElementFactory& elements, AlertPresenter& alerts,
@@ -49,6 +50,19 @@ public:
 
     /// The message for a view that shows `app`: a general message, or one about this app.
     std::optional<QString> statusText(const TrackedApp& app) const;
+
+    /// The note that goes with the last scan's message when it made shortcuts of the vault
+    /// stale ("2 changed since the last scan"); absent when it made none. It belongs to the
+    /// same app as the message.
+    std::optional<QString> driftText() const { return m_driftText; }
+    QString driftTextOrNull() const { return m_driftText.value_or(QString()); }
+    /// The note for a view that shows `app`, by the same rule as statusText(app).
+    std::optional<QString> driftText(const TrackedApp& app) const;
+    /// The line a view that shows `app` draws: the message, with the drift note after it.
+    std::optional<QString> statusLine(const TrackedApp& app) const;
+    /// `status` with `drift` after it: "Found 3 shortcuts for Editor; they were already in the
+    /// vault, 2 changed since the last scan."
+    static QString joinedWithDrift(const QString& status, const QString& drift);
 
     /// Scans `app` and merges what it finds into `store`. Emits scanFinished() when done
     /// (not when the request was dropped because a scan is running).
@@ -70,6 +84,7 @@ signals:
     void isScanningChanged();
     void statusTextChanged();
     void statusAppBundleIDChanged();
+    void driftTextChanged();
     /// A scan that was started has ended (its status message is in place).
     void scanFinished();
 
@@ -79,6 +94,8 @@ private:
     void setScanning(bool scanning);
     void setStatusText(const std::optional<QString>& text);
     void setStatusAppBundleID(const std::optional<QString>& bundleID);
+    /// Sets the drift note for `changed` shortcuts (none when there are none).
+    void setDrift(int changed);
     void finishScan();
     void runCurrentAppScan(const TrackedApp& app, VaultStore* store);
     void scanNextOpenApp(std::shared_ptr<OpenAppsRun> run);
@@ -90,6 +107,7 @@ private:
     bool m_isScanning = false;
     std::optional<QString> m_statusText;
     std::optional<QString> m_statusAppBundleID;
+    std::optional<QString> m_driftText;
 };
 
 } // namespace Tessaline

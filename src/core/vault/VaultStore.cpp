@@ -4,6 +4,8 @@
 #include "LogCategories.h"
 
 #include "vault/FallbackData.h"
+#include "vault/ScanHistory.h"
+#include "vault/ShortcutDrift.h"
 #include "vault/VaultCodec.h"
 #include "vault/VaultFileLock.h"
 #include "vault/VaultFileWatcher.h"
@@ -112,7 +114,8 @@ VaultStore::Configuration VaultStore::Configuration::standard()
 VaultStore::VaultStore(QObject* parent) : VaultStore(Configuration::standard(), parent) {}
 
 VaultStore::VaultStore(Configuration configuration, QObject* parent)
-    : QObject(parent), m_configuration(std::move(configuration))
+    : QObject(parent), m_configuration(std::move(configuration)),
+      m_scanHistory(new ScanHistory(ScanHistory::filePathBeside(dataFilePath()), this))
 {
     const Expected<void> ready = bootstrapIfNeeded();
     if (ready)
@@ -258,16 +261,16 @@ Expected<void> VaultStore::replaceDataFile(const QByteArray& bytes)
     return writeDataFile(bytes);
 }
 
-void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
+bool VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
 {
     if (!loaded) {
         setLastError(std::move(loaded).error());
-        return;
+        return false;
     }
     if (writeFirst) {
         if (Expected<void> written = replaceDataFile(VaultCodec::encode(*loaded)); !written) {
             setLastError(written.error());
-            return;
+            return false;
         }
         // The replacement is what the user asked for: edits that could not be written are
         // dropped with the rest of the old vault.
@@ -279,6 +282,17 @@ void VaultStore::replaceData(Expected<VaultData> loaded, bool writeFirst)
     }
     setData(std::move(*loaded));
     setLastError(std::nullopt);
+    return true;
+}
+
+void VaultStore::replaceVault(Expected<VaultData> loaded)
+{
+    if (!replaceData(std::move(loaded), true))
+        return;
+    // The scans on record describe items that are gone; the vault itself is already replaced,
+    // so a history that cannot be removed is only logged.
+    if (const Expected<void> cleared = m_scanHistory->clear(); !cleared)
+        qCWarning(lcVault) << cleared.error();
 }
 
 void VaultStore::reload()
@@ -305,6 +319,9 @@ void VaultStore::followOutsideChanges()
         return;
     m_watcher = new VaultFileWatcher(dataFilePath(), this);
     connect(m_watcher, &VaultFileWatcher::changed, this, &VaultStore::reloadIfChangedOutside);
+    // The scan history lives in the same folder, so the same events tell of its changes.
+    connect(m_watcher, &VaultFileWatcher::changed, m_scanHistory,
+            &ScanHistory::reloadIfChangedOutside);
 }
 
 void VaultStore::persistQuietly()
@@ -384,12 +401,12 @@ bool VaultStore::apply(const Change& change)
 
 void VaultStore::resetToSeed()
 {
-    replaceData(loadSeedData(), true);
+    replaceVault(loadSeedData());
 }
 
 void VaultStore::importData(const QString& filePath)
 {
-    replaceData(readVault(filePath), true);
+    replaceVault(readVault(filePath));
 }
 
 void VaultStore::exportData(const QString& filePath)
@@ -520,6 +537,26 @@ qsizetype VaultStore::mergeScannedShortcuts(const QList<ShortcutItem>& scanned,
         return true;
     });
     return *added;
+}
+
+QList<ShortcutItem> VaultStore::pruneStaleItems(const TrackedApp& app)
+{
+    // The change may run again on a newer vault; what it removed last is what was removed.
+    const auto removed = std::make_shared<QList<ShortcutItem>>();
+    const ScanHistory& history = *m_scanHistory;
+    apply([app, removed, &history](VaultData& data) {
+        removed->clear();
+        const qsizetype index = packIndex(data, app);
+        if (index < 0)
+            return false;
+        AppShortcutPack& pack = data.apps[index];
+        const std::optional<ScanRecord> lastScan = history.lastScan(pack);
+        if (!lastScan)
+            return false;
+        *removed = ShortcutDrift::removeStale(pack.shortcuts, *lastScan);
+        return !removed->isEmpty();
+    });
+    return *removed;
 }
 
 qsizetype VaultStore::mergeInto(VaultData& data, const QList<ShortcutItem>& scanned,

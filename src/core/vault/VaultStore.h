@@ -21,6 +21,7 @@
 
 namespace Tessaline {
 
+class ScanHistory;
 class VaultFileWatcher;
 
 /// Owns the one in-memory copy of the vault, keeps it in step with the data file
@@ -67,6 +68,9 @@ public:
     QString damagedCopyPath() const;
     /// True while the data file exists but failed to load at start or at the last reload.
     bool dataFileIsDamaged() const { return m_dataFileDamaged; }
+    /// The last menu scan of each app, kept beside the data file; reset and import clear it,
+    /// since the items it describes are gone.
+    ScanHistory& scanHistory() const { return *m_scanHistory; }
 
     /// An edit of the vault. It is run on the newest copy of the vault and returns whether it
     /// changed anything; it may run more than once, so running it twice must equal running it
@@ -94,10 +98,11 @@ public:
     /// the data shown when the file is missing or its damage was reported.
     void persistQuietly();
     /// Replaces the whole data file and `data` with the seed vault, on purpose: edits made
-    /// elsewhere since are dropped.
+    /// elsewhere since and the scan history are dropped.
     Q_INVOKABLE
     void resetToSeed();
-    /// Replaces the whole data file and `data` with the vault in `filePath`, on purpose.
+    /// Replaces the whole data file and `data` with the vault in `filePath`, on purpose, and
+    /// drops the scan history.
     Q_INVOKABLE
     void importData(const QString& filePath);
     /// Writes the current data to `filePath`.
@@ -119,6 +124,11 @@ public:
     /// creating the pack if needed, re-sorts the pack and writes the vault. Returns how many
     /// items were added.
     qsizetype mergeScannedShortcuts(const QList<ShortcutItem>& scanned, const TrackedApp& app);
+
+    /// Removes the items of `app`'s pack that the last scan of the app no longer found (see
+    /// ShortcutDrift) and writes the vault. Returns the items removed: none when the app has no
+    /// pack or no scan on record.
+    QList<ShortcutItem> pruneStaleItems(const TrackedApp& app);
 
     /// Title of the section holding the global list, also the app name of its rows.
     static QString globalSectionTitle();
@@ -149,7 +159,10 @@ private:
     Expected<void> keepDamagedCopy();
     /// Puts a vault just read in place of `data`, with `writeFirst` only once the data file
     /// holds it. A failure leaves `data` and the file as they were and becomes lastError.
-    void replaceData(Expected<VaultData> loaded, bool writeFirst);
+    /// Returns whether `data` was replaced.
+    bool replaceData(Expected<VaultData> loaded, bool writeFirst);
+    /// Replaces the vault on purpose (reset, import) and then forgets the scans of the old one.
+    void replaceVault(Expected<VaultData> loaded);
 
     /// The packs that stand for `app`, in the order they are tried: the first with its bundle
     /// id, then the first with its name (case-insensitive); -1 where there is none.
@@ -187,6 +200,7 @@ private:
     /// Edits shown in `data` that the file does not hold yet, because writing it failed.
     QList<Change> m_unsaved;
     VaultFileWatcher* m_watcher = nullptr;
+    ScanHistory* m_scanHistory = nullptr;
     mutable QHash<qsizetype, PreparedShortcutList> m_prepared;
     mutable QHash<qsizetype, std::array<QList<qsizetype>, 3>> m_packParts;
 };

@@ -625,6 +625,56 @@ private Q_SLOTS:
         QVERIFY(m_desktop->waitForScan());
         QVERIFY(!browser.isScanning());
     }
+
+    // Two scans of the Editor, its menu changing in between: Cut moves from Ctrl+X to
+    // Ctrl+Shift+X and Close leaves. The rows say so; the status line counts them.
+    void rowsCarryWhatChangedSinceTheLastScan()
+    {
+        auto model = cheatSheet(kEditor);
+        QAbstractItemModelTester tester(model->rows(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        BrowserModel browser(*m_store, m_desktop->scanner, {});
+        m_desktop->workspace.apps.append(makeApp(kEditor.name, *kEditor.bundleID, 9));
+        const auto setMenu = [this](const QList<FakeElementPtr>& items) {
+            m_desktop->elements.applications.insert(
+                9, makeApplication({makeMenu(QStringLiteral("Edit"), items)}));
+        };
+        constexpr int control = 4 | 8; // menu modifier masks: Control, no Super
+        setMenu({makeItem(QStringLiteral("Cut"), QStringLiteral("x"), control),
+                 makeItem(QStringLiteral("Close"), QStringLiteral("w"), control)});
+        m_desktop->scanner.scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(m_desktop->waitForScan());
+        QCOMPARE(column(*model->rows(), ShortcutListModel::WasTextRole).join(QString()), QString());
+
+        setMenu({makeItem(QStringLiteral("Cut"), QStringLiteral("x"), control | 1)});
+        QSignalSpy status(model.get(), &CheatSheetModel::scanStatusChanged);
+        m_desktop->scanner.scanAndMergeCurrentApp(kEditor, *m_store);
+        QVERIFY(m_desktop->waitForScan());
+        QCOMPARE(model->scanStatus(),
+                 QStringLiteral("Added 1 of 1 discovered shortcuts for Editor, "
+                                "2 changed since the last scan."));
+        QCOMPARE(browser.statusText(), model->scanStatus());
+        QVERIFY(!status.isEmpty());
+
+        QStringList marked;
+        QAbstractItemModel& rows = *model->rows();
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            const QModelIndex index = rows.index(row, 0);
+            const bool stale = index.data(ShortcutListModel::StaleRole).toBool();
+            const QString was = index.data(ShortcutListModel::WasTextRole).toString();
+            if (stale || !was.isEmpty())
+                marked << QStringLiteral("%1 %2 %3 %4")
+                              .arg(index.data(ShortcutListModel::NameRole).toString(),
+                                   index.data(ShortcutListModel::ChordTextRole).toString(),
+                                   stale ? QStringLiteral("stale") : QStringLiteral("-"), was);
+        }
+        QCOMPARE(marked, (QStringList{QStringLiteral("Close Ctrl+W stale "),
+                                      QStringLiteral("Cut Ctrl+X stale "),
+                                      QStringLiteral("Cut Ctrl+Shift+X - was Ctrl+X")}));
+        // Removing the stale rows takes the old chord away too.
+        QCOMPARE(m_store->pruneStaleItems(kEditor).size(), 2);
+        QCOMPARE(column(rows, ShortcutListModel::WasTextRole).join(QString()), QString());
+    }
 };
 
 QTEST_MAIN(TestCheatSheetModel)

@@ -129,7 +129,7 @@ private slots:
         QCOMPARE(heard.changes.at(0).at(0).toModelIndex().row(), 0);
         QCOMPARE(heard.changes.at(0).at(1).toModelIndex().row(), 1);
         QCOMPARE(heard.changes.at(0).at(2).value<QList<int>>(),
-                 QList<int>{ShortcutListModel::ChordTextRole});
+                 (QList<int>{ShortcutListModel::ChordTextRole, ShortcutListModel::WasTextRole}));
         QCOMPARE(model.index(0, 0).data(ShortcutListModel::ChordTextRole).toString(), u"⌃ ⇧ S"_qs);
         QCOMPARE(model.index(1, 0).data(ShortcutListModel::ChordTextRole).toString(),
                  u"Super L"_qs);

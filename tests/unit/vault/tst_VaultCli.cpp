@@ -60,8 +60,40 @@ private slots:
     void doubleDashEndsTheOptions();
     void helpWinsWhereverItStands();
     void desktopCommandsWithoutADisplayEndCleanly();
+    void pruneRemovesWhatTheLastScanNoLongerFound();
+    void pruneOfAnUnknownAppFails();
+    void resetAndImportDropTheScanHistory();
 
 private:
+    /// A vault whose "Editor" pack holds three scanned items and one typed by hand, and a scan
+    /// history whose last scan of Editor found only Save and Cut under a new chord.
+    void writeDriftedEditor()
+    {
+        const auto scanned = [](const QString& name, const QString& chord) {
+            ShortcutItem result = item(name, chord);
+            result.menu = QStringLiteral("File");
+            result.source = QStringLiteral("scanned-menu");
+            return result;
+        };
+        VaultData data;
+        data.apps = {AppShortcutPack{QStringLiteral("Editor"),
+                                     QStringLiteral("org.example.Editor"),
+                                     {scanned(QStringLiteral("Close"), QStringLiteral("⌃ W")),
+                                      scanned(QStringLiteral("Cut"), QStringLiteral("⌃ X")),
+                                      scanned(QStringLiteral("Cut"), QStringLiteral("⌃ ⇧ X")),
+                                      item(QStringLiteral("Jump"), QStringLiteral("⌃ J")),
+                                      scanned(QStringLiteral("Save"), QStringLiteral("⌃ S"))}}};
+        QVERIFY(writeFile(m_vault, VaultCodec::encode(data)));
+        QVERIFY(writeFile(historyFile(), R"({"apps": {"org.example.Editor": [
+            {"name": "Save", "chord": "⌃ S", "menu": "File"},
+            {"name": "Cut", "chord": "⌃ ⇧ X", "menu": "File"}]}})"));
+    }
+
+    QString historyFile() const
+    {
+        return m_dir->filePath(QStringLiteral("data/Tessaline/scan-history.json"));
+    }
+
     /// Runs the command; with `unprivileged`, as the user nobody when this test runs as root
     /// (root passes every permission check, so a read-only folder would not stop it).
     Run run(const QStringList& arguments, const QStringList& unset = {}, bool unprivileged = false)
@@ -463,6 +495,77 @@ void TestVaultCli::helpWinsWhereverItStands()
 // Without a display the companion runs as a plain core application; the commands that look at
 // the desktop's windows find none and end normally instead of tripping over the missing X
 // connection.
+void TestVaultCli::pruneRemovesWhatTheLastScanNoLongerFound()
+{
+    writeDriftedEditor();
+    const Run json = run({QStringLiteral("prune"), QStringLiteral("--bundle-id"),
+                          QStringLiteral("org.example.Editor"), QStringLiteral("--json")});
+    QCOMPARE(json.exitCode, 0);
+    QVERIFY2(json.err.isEmpty(), qPrintable(json.err));
+    const QJsonObject object = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(object.value(QStringLiteral("bundleID")).toString(),
+             QStringLiteral("org.example.Editor"));
+    const QJsonArray removed = object.value(QStringLiteral("removed")).toArray();
+    QCOMPARE(removed.size(), 2);
+    QCOMPARE(removed.at(0).toObject().value(QStringLiteral("name")).toString(),
+             QStringLiteral("Close"));
+    QCOMPARE(removed.at(1).toObject().value(QStringLiteral("chord")).toString(),
+             QStringLiteral("⌃ X"));
+    // The hand-made item stays, though the scan never found it; the order is kept.
+    const Expected<VaultData> after = VaultCodec::decode(readFile(m_vault));
+    QVERIFY(after);
+    QCOMPARE(names(after->apps.at(0).shortcuts),
+             (QStringList{QStringLiteral("Cut"), QStringLiteral("Jump"), QStringLiteral("Save")}));
+
+    const Run again = run({QStringLiteral("prune"), QStringLiteral("--bundle-id"),
+                           QStringLiteral("org.example.Editor")});
+    QCOMPARE(again.exitCode, 0);
+    QCOMPARE(again.out, QString());
+    QCOMPARE(again.err, QStringLiteral("Nothing to prune.\n"));
+
+    // Text lines: name, then the chord in the chosen key names.
+    writeDriftedEditor();
+    const Run text = run({QStringLiteral("prune"), QStringLiteral("--bundle-id"),
+                          QStringLiteral("org.example.Editor")});
+    QCOMPARE(text.exitCode, 0);
+    QCOMPARE(text.out, QStringLiteral("Close\tCtrl+W\nCut\tCtrl+X\n"));
+}
+
+void TestVaultCli::pruneOfAnUnknownAppFails()
+{
+    writeDriftedEditor();
+    const QByteArray before = readFile(m_vault);
+    const Run result = run({QStringLiteral("prune"), QStringLiteral("--bundle-id"),
+                            QStringLiteral("org.example.Nowhere")});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out, QString());
+    QCOMPARE(result.err, QStringLiteral("tessaline-vault: no app with bundle id "
+                                        "\"org.example.Nowhere\" in the vault\n"));
+    QCOMPARE(readFile(m_vault), before);
+    // Without a scan on record nothing is stale.
+    QVERIFY(QFile::remove(historyFile()));
+    const Run unscanned = run({QStringLiteral("prune"), QStringLiteral("--bundle-id"),
+                               QStringLiteral("org.example.Editor")});
+    QCOMPARE(unscanned.exitCode, 0);
+    QCOMPARE(unscanned.err, QStringLiteral("Nothing to prune.\n"));
+    QCOMPARE(readFile(m_vault), before);
+    const Run missing = run({QStringLiteral("prune")});
+    QCOMPARE(missing.exitCode, 2);
+}
+
+void TestVaultCli::resetAndImportDropTheScanHistory()
+{
+    writeDriftedEditor();
+    const QString copy = m_dir->filePath(QStringLiteral("copy.json"));
+    QCOMPARE(run({QStringLiteral("export"), copy}).exitCode, 0);
+    QVERIFY(QFileInfo::exists(historyFile()));
+    QCOMPARE(run({QStringLiteral("import"), copy}).exitCode, 0);
+    QVERIFY(!QFileInfo::exists(historyFile()));
+    writeDriftedEditor();
+    QCOMPARE(run({QStringLiteral("reset")}).exitCode, 0);
+    QVERIFY(!QFileInfo::exists(historyFile()));
+}
+
 void TestVaultCli::desktopCommandsWithoutADisplayEndCleanly()
 {
     const Run apps = run({QStringLiteral("apps")}, {QStringLiteral("DISPLAY")});
