@@ -127,10 +127,59 @@ Item {
                     .length, 1)
             verify(findChild(view, "missingAppCallout").visible)
             // No section header is left standing.
-            compare(withText(list, "GLOBAL MAC ESSENTIALS").length, 0)
+            compare(withText(list, "GLOBAL DESKTOP ESSENTIALS").length, 0)
             view.model.filter = ""
             verify(!empty.visible)
             compare(list.count, 2)
+            tryCompare(withText(list, "GLOBAL DESKTOP ESSENTIALS"), "length", 1)
+        }
+
+        // Each section title with the name of the first row drawn below it, in sorted order.
+        function titlesAboveRows(list) {
+            let titles = [], rows = []
+            const items = list.contentItem.children
+            for (let i = 0; i < items.length; ++i) {
+                const item = items[i]
+                if (!item.visible)
+                    continue
+                if (item.chord !== undefined)
+                    rows.push(item)
+                else if (item.text !== undefined && item.text !== "")
+                    titles.push(item)
+            }
+            let pairs = []
+            for (const title of titles) {
+                let below = null
+                for (const row of rows) {
+                    if (row.y > title.y && (below === null || row.y < below.y))
+                        below = row
+                }
+                pairs.push(title.text + " > " + (below ? below.name : ""))
+            }
+            return pairs.sort().join(", ")
+        }
+
+        function test_sectionTitlesFollowASearch() {
+            const view = makeView("Editor", "org.example.Editor")
+            const list = findChild(view, "shortcutList")
+            const titlesAre = function (expected) {
+                for (let i = 0; i < 40 && titlesAboveRows(list) !== expected; ++i)
+                    wait(50)
+                compare(titlesAboveRows(list), expected)
+            }
+            const both = "EDITOR SHORTCUTS > Find, GLOBAL DESKTOP ESSENTIALS > Copy"
+            titlesAre(both)
+            // Every row matches "u" through its detail, so the rows stay where they were while
+            // the list is told of the change: each title must still stand over its own group.
+            view.model.filter = "u"
+            compare(list.count, 5)
+            waitForRendering(list)
+            titlesAre(both)
+            view.model.filter = "copy"
+            compare(list.count, 1)
+            titlesAre("GLOBAL DESKTOP ESSENTIALS > Copy")
+            view.model.filter = ""
+            titlesAre(both)
         }
 
         function test_emptySearchKeepsTheScanCard() {

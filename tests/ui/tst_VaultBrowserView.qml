@@ -140,6 +140,48 @@ Item {
             headers(["Editor 1"])
         }
 
+        // Each group's title with the name of the first row drawn below it, in sorted order.
+        function titlesAboveRows(list) {
+            let titles = [], rows = []
+            const items = list.contentItem.children
+            for (let i = 0; i < items.length; ++i) {
+                const item = items[i]
+                if (!item.visible)
+                    continue
+                if (item.chord !== undefined)
+                    rows.push(item)
+                else if (findChild(item, "groupCount"))
+                    titles.push(item)
+            }
+            let pairs = []
+            for (const title of titles) {
+                let below = null
+                for (const row of rows) {
+                    if (row.y > title.y && (below === null || row.y < below.y))
+                        below = row
+                }
+                pairs.push(title.children[1].text + " > " + (below ? below.name : ""))
+            }
+            return pairs.sort().join(", ")
+        }
+
+        function test_groupTitlesFollowASearch() {
+            const view = makeView()
+            const list = findChild(view, "browserList")
+            const titlesAre = function (expected) {
+                for (let i = 0; i < 40 && titlesAboveRows(list) !== expected; ++i)
+                    wait(50)
+                compare(titlesAboveRows(list), expected)
+            }
+            const both = "Editor > Find, Global desktop essentials > Copy"
+            titlesAre(both)
+            for (const query of ["e", "o", "", "copy", "e", ""]) {
+                view.model.query = query
+                const expected = query === "copy" ? "Global desktop essentials > Copy" : both
+                titlesAre(expected)
+            }
+        }
+
         // A star set elsewhere changes its row in place: the list keeps where it was scrolled
         // to and which row was current.
         function test_starKeepsScrollAndSelection() {

@@ -92,17 +92,20 @@ ListView {
     }
 
     section.property: "group"
+    // The title reads the list's `section` context property rather than declaring it a
+    // required property: Qt 6.4 reuses a title item for another section after the rows change
+    // and updates only the context property, so a required one kept the old section's name.
     section.delegate: Label {
         id: sectionTitle
-        required property string section
+        readonly property string sectionName: section
         width: list.width - list.leftMargin - list.rightMargin
-        text: sectionTitle.section.toUpperCase()
+        text: sectionTitle.sectionName.toUpperCase()
         font.pixelSize: 11
         font.bold: true
         color: list.theme.secondary
         topPadding: 8
         bottomPadding: 4
-        Accessible.name: sectionTitle.section
+        Accessible.name: sectionTitle.sectionName
     }
 
     delegate: ShortcutRowView {

@@ -174,8 +174,12 @@ ThemedSurface {
 
                 section.property: "group"
                 // qmllint disable unqualified
+                // The group's name comes from the list's `section` context property: Qt 6.4
+                // reuses a title for another group after the rows change and updates only that
+                // property, never a required one.
                 section.delegate: VaultBrowserSection {
                     width: list.width - list.leftMargin - list.rightMargin
+                    group: section
                     model: root.model
                     theme: root
                 }
