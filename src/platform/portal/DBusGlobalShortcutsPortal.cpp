@@ -43,14 +43,6 @@ Q_DECLARE_METATYPE(Tessaline::PortalShortcutEntry)
 namespace Tessaline {
 namespace {
 
-QString pathText(const QVariant& value)
-{
-    // The session handle is an object path that the portal sends as a string.
-    if (value.userType() == qMetaTypeId<QDBusObjectPath>())
-        return value.value<QDBusObjectPath>().path();
-    return value.toString();
-}
-
 QStringList shortcutIds(const QVariant& value)
 {
     QStringList ids;
@@ -116,13 +108,8 @@ void DBusGlobalShortcutsPortal::call(const QString& method, const QVariantList& 
 
 void DBusGlobalShortcutsPortal::createSession(SessionCallback callback)
 {
-    const QString token = nextToken();
-    const QVariantMap options{{QStringLiteral("handle_token"), token},
-                              {QStringLiteral("session_handle_token"), token}};
-    call(QStringLiteral("CreateSession"), {options}, token,
-         [callback = std::move(callback)](uint response, const QVariantMap& results) {
-             callback(response, pathText(results.value(QStringLiteral("session_handle"))));
-         });
+    PortalRequest::createSession(m_bus, PortalNames::globalShortcutsInterface(), nextToken(),
+                                 std::move(callback), this, lcHotKey);
 }
 
 void DBusGlobalShortcutsPortal::bindShortcuts(const QString& session,
@@ -173,7 +160,8 @@ void DBusGlobalShortcutsPortal::shortcutSignal(const QDBusMessage& signal, bool 
     const QVariantList arguments = signal.arguments();
     if (arguments.size() < 2 || !m_shortcutCallback)
         return;
-    m_shortcutCallback(pathText(arguments.at(0)), arguments.at(1).toString(), active);
+    m_shortcutCallback(PortalRequest::pathText(arguments.at(0)), arguments.at(1).toString(),
+                       active);
 }
 
 } // namespace Tessaline

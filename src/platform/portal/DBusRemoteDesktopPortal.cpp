@@ -7,18 +7,11 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 namespace Tessaline {
 namespace {
-
-QString pathText(const QVariant& value)
-{
-    // The session handle is an object path that the portal sends as a string.
-    if (value.userType() == qMetaTypeId<QDBusObjectPath>())
-        return value.value<QDBusObjectPath>().path();
-    return value.toString();
-}
 
 QVariantMap propertiesOf(const QDBusMessage& reply)
 {
@@ -77,16 +70,14 @@ void DBusRemoteDesktopPortal::call(const QString& method, const QVariantList& ar
 
 void DBusRemoteDesktopPortal::createSession(SessionCallback callback)
 {
-    const QString token = nextToken();
-    const QVariantMap options{{QStringLiteral("handle_token"), token},
-                              {QStringLiteral("session_handle_token"), token}};
-    call(QStringLiteral("CreateSession"), {options}, token,
-         [this, callback = std::move(callback)](uint response, const QVariantMap& results) {
-             const QString session = pathText(results.value(QStringLiteral("session_handle")));
-             if (response == responseSuccess && !session.isEmpty())
-                 listenForClose(session, true);
-             callback(response, session);
-         });
+    PortalRequest::createSession(
+        m_bus, PortalNames::remoteDesktopInterface(), nextToken(),
+        [this, callback = std::move(callback)](uint response, const QString& session) {
+            if (response == responseSuccess && !session.isEmpty())
+                listenForClose(session, true);
+            callback(response, session);
+        },
+        this, lcPortalKeys);
 }
 
 void DBusRemoteDesktopPortal::selectDevices(const QString& session,
@@ -121,15 +112,34 @@ void DBusRemoteDesktopPortal::start(const QString& session, StartCallback callba
 
 void DBusRemoteDesktopPortal::notifyKeysym(const QString& session, quint32 keysym, bool pressed)
 {
+    m_keys.append({session, keysym, pressed});
+    if (!m_keyInFlight)
+        sendNextKey();
+}
+
+// The portal may answer calls on several threads, so two calls sent at once can reach the
+// desktop in either order (a key before its Control). Each key is sent once the one before it
+// was answered.
+void DBusRemoteDesktopPortal::sendNextKey()
+{
+    m_keyInFlight = !m_keys.isEmpty();
+    if (!m_keyInFlight)
+        return;
+    const PendingKey key = m_keys.takeFirst();
     QDBusMessage notify = QDBusMessage::createMethodCall(
         PortalNames::service(), PortalNames::path(), PortalNames::remoteDesktopInterface(),
         QStringLiteral("NotifyKeyboardKeysym"));
-    notify << QVariant::fromValue(QDBusObjectPath(session)) << QVariantMap()
-           << static_cast<int>(keysym) << static_cast<uint>(pressed ? 1 : 0);
-    // Sent without waiting: messages on one connection keep their order, so a chord's presses
-    // and releases arrive as sent.
-    if (!m_bus.send(notify))
-        qCWarning(lcPortalKeys) << "cannot send a key to the portal:" << m_bus.lastError();
+    notify << QVariant::fromValue(QDBusObjectPath(key.session)) << QVariantMap()
+           << static_cast<int>(key.keysym) << static_cast<uint>(key.pressed ? 1 : 0);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(notify), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                if (finished->isError())
+                    qCWarning(lcPortalKeys)
+                        << "the portal refused a key:" << finished->error().message();
+                sendNextKey();
+            });
 }
 
 void DBusRemoteDesktopPortal::closeSession(const QString& session)

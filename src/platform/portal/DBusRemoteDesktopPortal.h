@@ -38,7 +38,15 @@ private Q_SLOTS:
     void onSessionClosed(const QDBusMessage& signal);
 
 private:
+    struct PendingKey
+    {
+        QString session;
+        quint32 keysym = 0;
+        bool pressed = false;
+    };
+
     QString nextToken();
+    void sendNextKey();
     void call(const QString& method, const QVariantList& arguments, const QString& token,
               std::function<void(uint, const QVariantMap&)> callback);
     void listenForClose(const QString& session, bool listen);
@@ -47,6 +55,9 @@ private:
     uint m_version;
     quint64 m_tokens = 0;
     ClosedCallback m_closedCallback;
+    // Keys waiting for the one before them to be answered.
+    QList<PendingKey> m_keys;
+    bool m_keyInFlight = false;
 };
 
 } // namespace Tessaline

@@ -51,6 +51,28 @@ void PortalRequest::call(const QDBusConnection& bus, const QString& interface,
             });
 }
 
+void PortalRequest::createSession(const QDBusConnection& bus, const QString& interface,
+                                  const QString& token,
+                                  std::function<void(uint, const QString&)> callback,
+                                  QObject* owner, LogCategory category)
+{
+    const QVariantMap options{{QStringLiteral("handle_token"), token},
+                              {QStringLiteral("session_handle_token"), token}};
+    call(
+        bus, interface, QStringLiteral("CreateSession"), {options}, token,
+        [callback = std::move(callback)](uint response, const QVariantMap& results) {
+            callback(response, pathText(results.value(QStringLiteral("session_handle"))));
+        },
+        owner, category);
+}
+
+QString PortalRequest::pathText(const QVariant& value)
+{
+    if (value.userType() == qMetaTypeId<QDBusObjectPath>())
+        return value.value<QDBusObjectPath>().path();
+    return value.toString();
+}
+
 void PortalRequest::failAllWhenPortalLeaves(const QDBusConnection& bus, QObject* owner,
                                             LogCategory category)
 {

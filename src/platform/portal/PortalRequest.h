@@ -44,6 +44,17 @@ public:
                      const QVariantList& arguments, const QString& token, Callback callback,
                      QObject* owner, LogCategory category);
 
+    /// Creates a session of the portal's `interface`, `token` naming both the request and the
+    /// session: `callback` hears the response and the new session's handle.
+    static void createSession(const QDBusConnection& bus, const QString& interface,
+                              const QString& token,
+                              std::function<void(uint response, const QString& session)> callback,
+                              QObject* owner, LogCategory category);
+
+    /// An object path the portal sent, as a path or as a string (session handles come as
+    /// either).
+    static QString pathText(const QVariant& value);
+
     /// Ends every request that is a child of `owner` as failed (responseOther) when the portal
     /// leaves `bus`: a portal that is gone answers none of them.
     static void failAllWhenPortalLeaves(const QDBusConnection& bus, QObject* owner,

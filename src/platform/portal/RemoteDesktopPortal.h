@@ -55,8 +55,8 @@ public:
                                SelectCallback callback) = 0;
     /// Starts the session: this is when the desktop may ask the user.
     virtual void start(const QString& session, StartCallback callback) = 0;
-    /// Presses (`pressed` true) or releases the key of `keysym` in a started session. The
-    /// events of one session reach the desktop in the order they were sent.
+    /// Presses (`pressed` true) or releases the key of `keysym` in a started session, without
+    /// waiting. The keys reach the desktop in the order they were sent.
     virtual void notifyKeysym(const QString& session, quint32 keysym, bool pressed) = 0;
     virtual void closeSession(const QString& session) = 0;
     virtual void setClosedCallback(ClosedCallback callback) = 0;
