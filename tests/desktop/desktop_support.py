@@ -89,6 +89,76 @@ def find_all(root, predicate, limit=6000):
     return found
 
 
+def sway_app_ids():
+    """The app ids of the windows of the running sway session."""
+    tree = run("swaymsg", "-t", "get_tree").stdout
+    return [line.split('"')[3] for line in tree.splitlines() if '"app_id": "' in line]
+
+
+def sway_focus(app_id):
+    """Gives `app_id`'s window the focus, as a user's click would, through the compositor."""
+    return run("swaymsg", f'[app_id="{app_id}"] focus').returncode == 0
+
+
+def hud_frames():
+    """The HUD's windows of the running Tessaline on the accessibility bus."""
+    app = tessaline_app()
+    if app is None:
+        return []
+    frames = []
+    for i in range(app.childCount):
+        try:
+            frame = app.getChildAtIndex(i)
+            if frame is not None and frame.name == "Tessaline":
+                frames.append(frame)
+        except Exception:  # windows close while they are read
+            continue
+    return frames
+
+
+def press(name):
+    """Invokes the action of Tessaline's button `name`, as an assistive tool does. The helper
+    buttons close the HUD, which may take the button away before it answers: invoking counts."""
+    app = tessaline_app()
+    for node in find_all(app, lambda n: n.name == name and n.getRoleName() == "push button") if app else []:
+        try:
+            action = node.queryAction()
+            if action.nActions == 0:
+                continue
+        except Exception:
+            continue
+        try:
+            action.doAction(0)
+        except Exception:  # the HUD closed before the answer came
+            pass
+        return True
+    return False
+
+
+def mousepad_texts():
+    """The text interfaces of mousepad's text views, read through the accessibility bus."""
+    desktop = pyatspi.Registry.getDesktop(0)
+    for i in range(desktop.childCount):
+        app = desktop.getChildAtIndex(i)
+        if app is None or app.name.lower() != "mousepad":
+            continue
+        for node in find_all(app, lambda n: n.getRoleName() == "text"):
+            try:
+                yield node.queryText()
+            except Exception:  # the view went away
+                continue
+
+
+def mousepad_text():
+    """The text in mousepad's editor."""
+    for text in mousepad_texts():
+        try:
+            return text.getText(0, text.characterCount)
+        except Exception:
+            continue
+    return None
+
+
 def named(name, role, app_name="tessaline"):
     """The application's named controls on screen now (a closed window's controls may linger
     on the bus)."""
