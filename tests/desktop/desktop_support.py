@@ -3,6 +3,7 @@ accessibility tree of a running Tessaline. Imported by tests that run inside
 scripts/desktop-session."""
 import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -61,6 +62,23 @@ def stop_tessaline(app):
         app.wait(10)
     except subprocess.TimeoutExpired:
         app.kill()
+
+
+def end_session(tessaline, helpers, log, home, check, lines=60):
+    """Stops Tessaline and the helper processes (the last started first), shows the end of the
+    log when a check failed, and removes the test's home."""
+    if tessaline is not None and tessaline.poll() is None:
+        stop_tessaline(tessaline)
+    for helper in reversed(helpers):
+        helper.terminate()
+        try:
+            helper.wait(5)
+        except subprocess.TimeoutExpired:
+            helper.kill()
+    log.close()
+    if check.failures:
+        print("The log ends:\n" + "".join(open(log.name).readlines()[-lines:]))
+    shutil.rmtree(home, ignore_errors=True)
 
 
 def tessaline_app(name="tessaline"):
