@@ -163,6 +163,8 @@ void AppDelegate::showHUD()
         *m_store, *m_menuScanner, app, [this](const QString& text) { copyText(text); },
         helperActionList(), panel);
     model->followKeyNames(*m_keyNames);
+    if (m_textHelperService)
+        model->followTextHelpers(*m_textHelperService);
     model->setDesktopShortcuts(DesktopShortcuts::current(&m_platform.keySettings));
     auto* navigator = new ListNavigator(panel);
     navigator->setPanel(panel);

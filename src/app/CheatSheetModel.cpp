@@ -2,6 +2,7 @@
 #include "CheatSheetModel.h"
 
 #include "commands/ShortcutRunner.h"
+#include "helpers/TextHelperService.h"
 #include "lookup/ChordConflicts.h"
 #include "scan/AppMenuScanner.h"
 #include "settings/KeyNamePreference.h"
@@ -152,6 +153,13 @@ void CheatSheetModel::followRunner(ShortcutRunner& runner,
     emit scanStatusChanged();
 }
 
+void CheatSheetModel::followTextHelpers(TextHelperService& helpers)
+{
+    m_helpers = &helpers;
+    connect(&helpers, &TextHelperService::statusChanged, this, &CheatSheetModel::scanStatusChanged);
+    emit scanStatusChanged();
+}
+
 QVariant CheatSheetModel::appBundleID() const
 {
     return m_app.bundleID ? QVariant(*m_app.bundleID) : QVariant();
@@ -178,6 +186,10 @@ bool CheatSheetModel::vaultReady() const
 
 QString CheatSheetModel::scanStatus() const
 {
+    if (m_helpers) {
+        if (const std::optional<QString> notTyped = m_helpers->statusText())
+            return *notTyped;
+    }
     if (m_runner) {
         if (const std::optional<QString> failure = m_runner->statusText(m_app))
             return *failure;
@@ -268,6 +280,8 @@ std::optional<ShortcutItem> CheatSheetModel::itemAt(int index) const
 
 void CheatSheetModel::dismissScanStatus()
 {
+    if (m_helpers)
+        m_helpers->clearStatus();
     if (m_runner)
         m_runner->clearStatus();
     if (m_scanner)

@@ -20,6 +20,7 @@ namespace Tessaline {
 class AppMenuScanner;
 class KeyNamePreference;
 class ShortcutRunner;
+class TextHelperService;
 class VaultStore;
 
 /// What the cheat-sheet view shows for one app: its sections flattened into rows, the header's
@@ -60,6 +61,9 @@ public:
     /// Runs rows through `run`, and shows `runner`'s word on the last failed run in this app
     /// in the status area (ahead of the scan status).
     void followRunner(ShortcutRunner& runner, std::function<void(const ShortcutItem&)> run);
+    /// Shows `helpers`' word on a helper text that could not be typed in the status area
+    /// (ahead of every other status).
+    void followTextHelpers(TextHelperService& helpers);
     /// The desktop's own key bindings: key lookup lists them, and the app's rows whose chord
     /// the desktop takes are marked.
     void setDesktopShortcuts(QList<DesktopShortcut> shortcuts);
@@ -153,6 +157,7 @@ private:
     QPointer<VaultStore> m_store;
     QPointer<AppMenuScanner> m_scanner;
     QPointer<ShortcutRunner> m_runner;
+    QPointer<TextHelperService> m_helpers;
     std::function<void(const ShortcutItem&)> m_run;
     TrackedApp m_app;
     std::function<void(const QString&)> m_copyText;

@@ -46,7 +46,7 @@ int main(int argc, char** argv)
 
     using namespace Tessaline;
     DefaultsStore defaults;
-    const std::unique_ptr<PlatformServices> platform = createPlatformServices();
+    const std::unique_ptr<PlatformServices> platform = createPlatformServices(&defaults);
     HotKey::HotKeysController::setService(platform->hotKeys.get());
 
     QQmlEngine engine;

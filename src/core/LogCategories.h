@@ -21,6 +21,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcX11)
 Q_DECLARE_LOGGING_CATEGORY(lcRawKeys)
 /// System-wide hot keys.
 Q_DECLARE_LOGGING_CATEGORY(lcHotKey)
+/// Keys typed through the desktop portal's remote-desktop session (Wayland).
+Q_DECLARE_LOGGING_CATEGORY(lcPortalKeys)
 /// The coach tips and their panel.
 Q_DECLARE_LOGGING_CATEGORY(lcCoach)
 /// The HUD panel.

@@ -18,7 +18,9 @@
 #include "platform/inert/InertWorkspace.h"
 #include "platform/keysettings/CurrentDesktopKeySettings.h"
 #include "platform/portal/DBusGlobalShortcutsPortal.h"
+#include "platform/portal/DBusRemoteDesktopPortal.h"
 #include "platform/portal/PortalHotKeyService.h"
+#include "platform/portal/PortalKeyInjector.h"
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/qt/WaylandClipboard.h"
@@ -31,6 +33,7 @@
 #include "platform/x11/XTestKeyInjector.h"
 #include "platform/x11/XcbHotKeyService.h"
 #include "platform/x11/XcbHotKeySystemCombos.h"
+#include "settings/DefaultsStore.h"
 
 #include <hotkey/HotKeysController.h>
 
@@ -65,25 +68,51 @@ std::unique_ptr<HotKey::HotKeyService> waylandHotKeyService()
                                                  QStringLiteral("Show or hide the Tessaline HUD"));
 }
 
+// Where the remote-desktop session's restore token is kept between starts.
+const QString kRestoreTokenKey = QStringLiteral("RemoteDesktop.restoreToken");
+
+// Typed keys in a Wayland session: through the desktop portal's remote-desktop session when it
+// offers a keyboard; otherwise none (the text helpers then leave their text on the clipboard).
+std::unique_ptr<KeyInjector> waylandKeyInjector(DefaultsStore* defaults)
+{
+    const std::optional<uint> version = DBusRemoteDesktopPortal::keyboardVersion();
+    if (!version)
+        return std::make_unique<InertKeyInjector>();
+    PortalKeyInjector::TokenStore tokens;
+    if (defaults != nullptr) {
+        tokens.load = [defaults] {
+            return defaults->stringValue(kRestoreTokenKey).value_or(QString());
+        };
+        tokens.save = [defaults](const QString& token) {
+            defaults->setOptionalString(
+                kRestoreTokenKey, token.isEmpty() ? std::nullopt : std::optional<QString>(token));
+        };
+    }
+    return std::make_unique<PortalKeyInjector>(std::make_unique<DBusRemoteDesktopPortal>(*version),
+                                               std::move(tokens));
+}
+
 // A session without a backend of its own: Tessaline runs, shows its windows and reads menus,
 // but takes no keys; on Wayland the accessibility bus still tells which applications run and
-// the desktop portal may give the hotkey.
-void addInertServices(PlatformServices& services)
+// the desktop portal may give the hotkey and type keys.
+void addInertServices(PlatformServices& services, DefaultsStore* defaults)
 {
     if (isWaylandSession()) {
         qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
-                         "accessibility bus; no key injection";
+                         "accessibility bus; keys typed through the desktop portal if it can";
         services.workspace = std::make_unique<WaylandWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
         services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
         services.hotKeys = waylandHotKeyService();
+        services.keyInjector = waylandKeyInjector(defaults);
     } else {
         qCInfo(lcX11) << "not an X11 session: no hot keys, key injection or workspace";
         services.workspace = std::make_unique<InertWorkspace>();
     }
     if (!services.keyMonitor)
         services.keyMonitor = std::make_unique<InertKeyMonitor>();
-    services.keyInjector = std::make_unique<InertKeyInjector>();
+    if (!services.keyInjector)
+        services.keyInjector = std::make_unique<InertKeyInjector>();
     if (!services.hotKeys)
         services.hotKeys = std::make_unique<InertHotKeyService>();
     services.windowHints = std::make_unique<InertWindowHints>();
@@ -101,7 +130,7 @@ PlatformServices::~PlatformServices()
         HotKey::HotKeysController::setService(nullptr);
 }
 
-std::unique_ptr<PlatformServices> createPlatformServices()
+std::unique_ptr<PlatformServices> createPlatformServices(DefaultsStore* defaults)
 {
     auto services = std::make_unique<PlatformServices>();
     auto entries = std::make_unique<DesktopEntries>();
@@ -123,7 +152,7 @@ std::unique_ptr<PlatformServices> createPlatformServices()
     if (X11Connection::isAvailable())
         addX11Services(*services);
     else
-        addInertServices(*services);
+        addInertServices(*services, defaults);
     return services;
 }
 

@@ -24,6 +24,7 @@
 
 namespace Tessaline {
 
+class DefaultsStore;
 class DesktopEntryLookup;
 
 /// Every desktop service the application runs on, made for the session it runs in. Callers
@@ -61,10 +62,13 @@ struct PlatformServices
 
 /// Looks at the session once and builds its services: on X11 (Qt's platform really is xcb)
 /// the X11 backend; on Wayland the accessibility bus tells which applications run and which is
-/// in front; the services a session has no backend for do nothing harmful (no key grabs, no
-/// injected keys). Menus (AT-SPI), desktop entries and Qt's own services work in every
-/// session. Needs the QGuiApplication to exist.
-std::unique_ptr<PlatformServices> createPlatformServices();
+/// in front, and keys are typed through the desktop portal's remote-desktop session where the
+/// portal offers one; the services a session has no backend for do nothing harmful (no key
+/// grabs, no injected keys). Menus (AT-SPI), desktop entries and Qt's own services work in
+/// every session. `defaults`, when given, keeps what the desktop hands out to be shown again
+/// at the next start (the remote-desktop session's restore token) and must outlive the
+/// services. Needs the QGuiApplication to exist.
+std::unique_ptr<PlatformServices> createPlatformServices(DefaultsStore* defaults = nullptr);
 
 /// The workspace of this session alone, for the command-line companion: X11's windows when Qt
 /// runs on xcb, else the applications of the accessibility bus. `entries` must outlive it.

@@ -3,6 +3,7 @@ accessibility tree of a running Tessaline. Imported by tests that run inside
 scripts/desktop-session."""
 import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -63,6 +64,23 @@ def stop_tessaline(app):
         app.kill()
 
 
+def end_session(tessaline, helpers, log, home, check, lines=60):
+    """Stops Tessaline and the helper processes (the last started first), shows the end of the
+    log when a check failed, and removes the test's home."""
+    if tessaline is not None and tessaline.poll() is None:
+        stop_tessaline(tessaline)
+    for helper in reversed(helpers):
+        helper.terminate()
+        try:
+            helper.wait(5)
+        except subprocess.TimeoutExpired:
+            helper.kill()
+    log.close()
+    if check.failures:
+        print("The log ends:\n" + "".join(open(log.name).readlines()[-lines:]))
+    shutil.rmtree(home, ignore_errors=True)
+
+
 def tessaline_app(name="tessaline"):
     """The running application called `name` on the accessibility bus (Tessaline by default)."""
     desktop = pyatspi.Registry.getDesktop(0)
@@ -87,6 +105,76 @@ def find_all(root, predicate, limit=6000):
         except Exception:  # objects vanish while windows close
             continue
     return found
+
+
+def sway_app_ids():
+    """The app ids of the windows of the running sway session."""
+    tree = run("swaymsg", "-t", "get_tree").stdout
+    return [line.split('"')[3] for line in tree.splitlines() if '"app_id": "' in line]
+
+
+def sway_focus(app_id):
+    """Gives `app_id`'s window the focus, as a user's click would, through the compositor."""
+    return run("swaymsg", f'[app_id="{app_id}"] focus').returncode == 0
+
+
+def hud_frames():
+    """The HUD's windows of the running Tessaline on the accessibility bus."""
+    app = tessaline_app()
+    if app is None:
+        return []
+    frames = []
+    for i in range(app.childCount):
+        try:
+            frame = app.getChildAtIndex(i)
+            if frame is not None and frame.name == "Tessaline":
+                frames.append(frame)
+        except Exception:  # windows close while they are read
+            continue
+    return frames
+
+
+def press(name):
+    """Invokes the action of Tessaline's button `name`, as an assistive tool does. The helper
+    buttons close the HUD, which may take the button away before it answers: invoking counts."""
+    app = tessaline_app()
+    for node in find_all(app, lambda n: n.name == name and n.getRoleName() == "push button") if app else []:
+        try:
+            action = node.queryAction()
+            if action.nActions == 0:
+                continue
+        except Exception:
+            continue
+        try:
+            action.doAction(0)
+        except Exception:  # the HUD closed before the answer came
+            pass
+        return True
+    return False
+
+
+def mousepad_texts():
+    """The text interfaces of mousepad's text views, read through the accessibility bus."""
+    desktop = pyatspi.Registry.getDesktop(0)
+    for i in range(desktop.childCount):
+        app = desktop.getChildAtIndex(i)
+        if app is None or app.name.lower() != "mousepad":
+            continue
+        for node in find_all(app, lambda n: n.getRoleName() == "text"):
+            try:
+                yield node.queryText()
+            except Exception:  # the view went away
+                continue
+
+
+def mousepad_text():
+    """The text in mousepad's editor."""
+    for text in mousepad_texts():
+        try:
+            return text.getText(0, text.characterCount)
+        except Exception:
+            continue
+    return None
 
 
 def named(name, role, app_name="tessaline"):

@@ -10,7 +10,6 @@ Runs inside scripts/wayland-session (headless sway, no X server), as the session
 """
 import json
 import os
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -18,7 +17,7 @@ import tempfile
 import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (Checks, bus_name_owned, control, find_all, run,  # noqa: E402
+from desktop_support import (Checks, bus_name_owned, control, end_session, find_all, run,  # noqa: E402
                              stop_tessaline, tessaline_app, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
@@ -262,17 +261,6 @@ try:
     check(bind_count() == binds_before, "nothing was asked of the backend")
     check(tessaline.poll() is None, "Tessaline is still running")
 finally:
-    if tessaline is not None and tessaline.poll() is None:
-        stop_tessaline(tessaline)
-    for helper in reversed(helpers):
-        helper.terminate()
-        try:
-            helper.wait(5)
-        except subprocess.TimeoutExpired:
-            helper.kill()
-    log.close()
-    if check.failures:
-        print("The log ends:\n" + "".join(open(os.path.join(home, "tessaline.log")).readlines()[-60:]))
-    shutil.rmtree(home, ignore_errors=True)
+    end_session(tessaline, helpers, log, home, check)
 
 check.finish()

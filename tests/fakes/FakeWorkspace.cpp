@@ -6,6 +6,8 @@ namespace Tessaline::Testing {
 bool FakeWorkspace::activate(const RunningApplication& application)
 {
     activated.append(application);
+    if (!activationSucceeds)
+        return false;
     frontmost = application;
     return true;
 }

@@ -13,6 +13,9 @@ public:
     std::optional<RunningApplication> frontmost;
     std::optional<QString> ownBundleID = QStringLiteral("org.tessaline.Tessaline");
     QList<RunningApplication> activated;
+    /// False for a desktop that lets no application bring another to the front: activations
+    /// are recorded and change nothing.
+    bool activationSucceeds = true;
 
     std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
     QList<RunningApplication> runningApplications() const override { return apps; }

@@ -56,14 +56,27 @@ void ShortcutRunner::run(const ShortcutItem& item, const TrackedApp& app, Comple
         });
         return;
     }
-    if (!inFront) {
-        finish(app,
-               failure(item, QStringLiteral("%1 could not be brought to the front").arg(app.name)),
-               done);
-        return;
-    }
+    // A session that lets no application bring another to the front (Wayland) still gives the
+    // focus back to the application the HUD was over once the HUD has gone: the chord is typed
+    // when that application is the one in front by then, and never into another one.
     m_scheduler.schedule(kKeystrokeDelayMs, this,
-                         [this, item, app, done] { typeChord(item, app, done); });
+                         [this, item, app, inFront, processId = target.processId, done] {
+                             if (!inFront && !isInFront(processId)) {
+                                 finish(app,
+                                        failure(item, QStringLiteral("%1 could not be brought to "
+                                                                     "the front")
+                                                          .arg(app.name)),
+                                        done);
+                                 return;
+                             }
+                             typeChord(item, app, done);
+                         });
+}
+
+bool ShortcutRunner::isInFront(qint64 processId) const
+{
+    const std::optional<RunningApplication> front = m_workspace.frontmostApplication();
+    return front && front->processId == processId;
 }
 
 void ShortcutRunner::runMenuItem(const ShortcutItem& item, const TrackedApp& app, qint64 processId,

@@ -19,8 +19,9 @@ class Workspace;
 
 /// Runs a shortcut in the application it belongs to: brings that application to the front,
 /// then activates the menu item a scan found it in (looked up again by its menu path and name
-/// at that moment), or types its chord. A run that cannot be done leaves the application
-/// untouched and keeps one line saying why, for the HUD's status area.
+/// at that moment), or types its chord (where the application could not be brought to the
+/// front, only if it is in front by the time the keys are typed). A run that cannot be done leaves
+/// the application untouched and keeps one line saying why, for the HUD's status area.
 class ShortcutRunner : public QObject
 {
     Q_OBJECT
@@ -53,6 +54,7 @@ private:
     void runMenuItem(const ShortcutItem& item, const TrackedApp& app, qint64 processId,
                      const Completion& done);
     void typeChord(const ShortcutItem& item, const TrackedApp& app, const Completion& done);
+    bool isInFront(qint64 processId) const;
     void finish(const TrackedApp& app, const Expected<void>& outcome, const Completion& done);
 
     Workspace& m_workspace;

@@ -85,11 +85,19 @@ void TextHelperService::paste(const QString& text)
     if (m_textInserter) {
         // The clipboard is touched only when the focused field takes no text directly.
         m_scheduler.schedule(kKeystrokeDelayMs, this, [this, text, restore] {
-            if (m_textInserter && m_textInserter->insertAtCaret(text))
+            if (m_textInserter && m_textInserter->insertAtCaret(text)) {
+                setStatus(std::nullopt);
                 return;
+            }
             m_clipboard.clear();
             m_clipboard.setText(text);
-            m_keyInjector.postPasteChord();
+            if (!m_keyInjector.postPasteChord()) {
+                // The session took no keys: the text stays on the clipboard, where the user can
+                // paste it, instead of being taken back before anyone could.
+                setStatus(notPastedText());
+                return;
+            }
+            setStatus(std::nullopt);
             m_scheduler.schedule(kRestoreDelayMs - kKeystrokeDelayMs, this, restore);
         });
         return;
@@ -99,6 +107,25 @@ void TextHelperService::paste(const QString& text)
     m_clipboard.setText(text);
     m_scheduler.schedule(kKeystrokeDelayMs, this, [this] { m_keyInjector.postPasteChord(); });
     m_scheduler.schedule(kRestoreDelayMs, this, restore);
+}
+
+QString TextHelperService::notPastedText()
+{
+    return QStringLiteral("Tessaline could not type into this app: the text is on the clipboard, "
+                          "press Ctrl+V to paste it.");
+}
+
+void TextHelperService::clearStatus()
+{
+    setStatus(std::nullopt);
+}
+
+void TextHelperService::setStatus(std::optional<QString> status)
+{
+    if (m_status == status)
+        return;
+    m_status = std::move(status);
+    emit statusChanged();
 }
 
 } // namespace Tessaline

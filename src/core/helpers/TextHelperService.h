@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace Tessaline {
 
@@ -22,7 +23,9 @@ class Workspace;
 /// puts the text on the clipboard, brings that application to the front, posts the paste chord
 /// 0.12 s later and puts the clipboard's previous text back 0.8 s after the call. Where the
 /// session can insert text directly (a TextInserter), the text goes straight into the focused
-/// field 0.12 s after the call and the clipboard is used only when that fails.
+/// field 0.12 s after the call and the clipboard is used only when that fails; if the paste
+/// chord cannot be posted then either, the text stays on the clipboard for the user to paste
+/// and the service keeps one line saying so (statusText).
 class TextHelperService : public QObject
 {
     Q_OBJECT
@@ -57,7 +60,18 @@ public:
     /// clipboard and the paste chord. The inserter must outlive the service.
     void setTextInserter(TextInserter* inserter) { m_textInserter = inserter; }
 
+    /// The line shown when a helper's text could neither be inserted nor pasted.
+    static QString notPastedText();
+    /// Why the last helper typed nothing, until it is cleared or a helper types its text.
+    std::optional<QString> statusText() const { return m_status; }
+    void clearStatus();
+
+signals:
+    void statusChanged();
+
 private:
+    void setStatus(std::optional<QString> status);
+
     TargetAppProvider m_targetAppProvider;
     Workspace& m_workspace;
     Clipboard& m_clipboard;
@@ -66,6 +80,7 @@ private:
     AlertPresenter& m_alerts;
     Scheduler& m_scheduler;
     TextInserter* m_textInserter = nullptr;
+    std::optional<QString> m_status;
 };
 
 } // namespace Tessaline

@@ -9,9 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
 namespace Tessaline {
@@ -46,14 +43,6 @@ Q_DECLARE_METATYPE(Tessaline::PortalShortcutEntry)
 namespace Tessaline {
 namespace {
 
-QString pathText(const QVariant& value)
-{
-    // The session handle is an object path that the portal sends as a string.
-    if (value.userType() == qMetaTypeId<QDBusObjectPath>())
-        return value.value<QDBusObjectPath>().path();
-    return value.toString();
-}
-
 QStringList shortcutIds(const QVariant& value)
 {
     QStringList ids;
@@ -81,18 +70,9 @@ DBusGlobalShortcutsPortal::DBusGlobalShortcutsPortal(QDBusConnection bus) : m_bu
     if (!listening)
         qCWarning(lcHotKey) << "cannot listen to the portal's shortcuts:" << m_bus.lastError();
 
-    // A portal that leaves the bus answers none of its requests: end them as failed, so that
+    // A portal that leaves the bus answers none of its requests: they end as failed, so that
     // the hot keys are not left waiting for ever.
-    auto* watcher = new QDBusServiceWatcher(PortalNames::service(), m_bus,
-                                            QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-        const auto pending = findChildren<PortalRequest*>(QString(), Qt::FindDirectChildrenOnly);
-        if (!pending.isEmpty())
-            qCWarning(lcHotKey) << "the portal left the bus with" << pending.size()
-                                << "requests unanswered";
-        for (PortalRequest* request : pending)
-            request->fail(GlobalShortcutsPortal::responseOther);
-    });
+    PortalRequest::failAllWhenPortalLeaves(m_bus, this, lcHotKey);
 }
 
 bool DBusGlobalShortcutsPortal::isAvailable(const QDBusConnection& bus, int timeoutMs)
@@ -122,36 +102,14 @@ void DBusGlobalShortcutsPortal::call(const QString& method, const QVariantList& 
                                      const QString& token,
                                      std::function<void(uint, const QVariantMap&)> callback)
 {
-    auto* request =
-        new PortalRequest(m_bus, PortalRequest::pathFor(m_bus, token), std::move(callback), this);
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(PortalNames::service(), PortalNames::path(),
-                                       PortalNames::globalShortcutsInterface(), method);
-    message.setArguments(arguments);
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), request);
-    connect(watcher, &QDBusPendingCallWatcher::finished, request,
-            [request, method](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                const QDBusPendingReply<QDBusObjectPath> reply = *finished;
-                if (reply.isError()) {
-                    qCWarning(lcHotKey)
-                        << "the portal refused" << method << ":" << reply.error().message();
-                    request->fail(GlobalShortcutsPortal::responseOther);
-                    return;
-                }
-                request->follow(reply.value().path());
-            });
+    PortalRequest::call(m_bus, PortalNames::globalShortcutsInterface(), method, arguments, token,
+                        std::move(callback), this, lcHotKey);
 }
 
 void DBusGlobalShortcutsPortal::createSession(SessionCallback callback)
 {
-    const QString token = nextToken();
-    const QVariantMap options{{QStringLiteral("handle_token"), token},
-                              {QStringLiteral("session_handle_token"), token}};
-    call(QStringLiteral("CreateSession"), {options}, token,
-         [callback = std::move(callback)](uint response, const QVariantMap& results) {
-             callback(response, pathText(results.value(QStringLiteral("session_handle"))));
-         });
+    PortalRequest::createSession(m_bus, PortalNames::globalShortcutsInterface(), nextToken(),
+                                 std::move(callback), this, lcHotKey);
 }
 
 void DBusGlobalShortcutsPortal::bindShortcuts(const QString& session,
@@ -202,7 +160,8 @@ void DBusGlobalShortcutsPortal::shortcutSignal(const QDBusMessage& signal, bool 
     const QVariantList arguments = signal.arguments();
     if (arguments.size() < 2 || !m_shortcutCallback)
         return;
-    m_shortcutCallback(pathText(arguments.at(0)), arguments.at(1).toString(), active);
+    m_shortcutCallback(PortalRequest::pathText(arguments.at(0)), arguments.at(1).toString(),
+                       active);
 }
 
 } // namespace Tessaline

@@ -5,7 +5,7 @@
 
 namespace Tessaline::PortalNames {
 
-/// The desktop portal's bus name, object and the interfaces the hot keys use.
+/// The desktop portal's bus name, object and the interfaces the hot keys and typed keys use.
 inline QString service()
 {
     return QStringLiteral("org.freedesktop.portal.Desktop");
@@ -17,6 +17,10 @@ inline QString path()
 inline QString globalShortcutsInterface()
 {
     return QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+}
+inline QString remoteDesktopInterface()
+{
+    return QStringLiteral("org.freedesktop.portal.RemoteDesktop");
 }
 inline QString requestInterface()
 {

@@ -4,6 +4,7 @@
 #include "LogCategories.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/XcbReply.h"
+#include "platform/xkb/StrokeKeysyms.h"
 
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
@@ -16,17 +17,6 @@
 namespace Tessaline {
 
 namespace {
-
-constexpr xcb_keysym_t kControlL = 0xffe3; // XK_Control_L
-constexpr xcb_keysym_t kLowerV = 0x0076;   // XK_v
-
-// The left-hand modifier keys a chord holds down, in the order they are pressed.
-constexpr std::pair<int, xcb_keysym_t> kModifierKeys[] = {
-    {KeyStroke::Control, 0xffe3}, // XK_Control_L
-    {KeyStroke::Alt, 0xffe9},     // XK_Alt_L
-    {KeyStroke::Shift, 0xffe1},   // XK_Shift_L
-    {KeyStroke::Super, 0xffeb},   // XK_Super_L
-};
 
 struct KeySymbolsDeleter
 {
@@ -67,20 +57,6 @@ void releaseHeldModifiers(xcb_connection_t* connection)
         if (keycode != XCB_NO_SYMBOL && (keymap->keys[keycode / 8] & (1u << (keycode % 8))))
             fakeKey(connection, XCB_KEY_RELEASE, keycode);
     }
-}
-
-// The keysym a chord's key names: one character, or a keysym name. Letters are taken in lower
-// case, since Shift is a modifier of the chord of its own.
-xcb_keysym_t keysymOf(const QString& key)
-{
-    const QList<uint> codePoints = key.toUcs4();
-    if (codePoints.size() == 1)
-        return xkb_keysym_to_lower(xkb_utf32_to_keysym(codePoints.first()));
-    const QByteArray name = key.toUtf8();
-    const xkb_keysym_t keysym = xkb_keysym_from_name(name.constData(), XKB_KEYSYM_NO_FLAGS);
-    if (keysym != XKB_KEY_NoSymbol)
-        return keysym;
-    return xkb_keysym_from_name(name.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
 }
 
 // A key of the current layout and whether Shift brings its symbol up.
@@ -129,14 +105,13 @@ KeyPostResult XTestKeyInjector::postKeys(const QList<KeyStroke>& strokes)
     };
     QList<Planned> plan;
     for (const KeyStroke& stroke : strokes) {
-        const std::optional<LayoutKey> key = layoutKey(symbols.get(), keysymOf(stroke.key));
+        const std::optional<LayoutKey> key =
+            layoutKey(symbols.get(), StrokeKeysyms::keysymOf(stroke.key));
         if (!key)
             return {KeyPostResult::KeyNotOnLayout, stroke.key};
         const int modifiers = stroke.modifiers | (key->needsShift ? KeyStroke::Shift : 0);
         Planned planned{{}, key->keycode};
-        for (const auto& [modifier, keysym] : kModifierKeys) {
-            if (!(modifiers & modifier))
-                continue;
+        for (const quint32 keysym : StrokeKeysyms::modifierKeysyms(modifiers)) {
             const xcb_keycode_t code = firstKeycode(symbols.get(), keysym);
             if (code == XCB_NO_SYMBOL)
                 return {KeyPostResult::NotPosted, {}};
@@ -178,8 +153,8 @@ bool XTestKeyInjector::postPasteChord()
         xcb_key_symbols_alloc(connection));
     if (!symbols)
         return false;
-    const xcb_keycode_t control = firstKeycode(symbols.get(), kControlL);
-    const xcb_keycode_t v = firstKeycode(symbols.get(), kLowerV);
+    const xcb_keycode_t control = firstKeycode(symbols.get(), StrokeKeysyms::controlL);
+    const xcb_keycode_t v = firstKeycode(symbols.get(), StrokeKeysyms::lowerV);
     if (control == XCB_NO_SYMBOL || v == XCB_NO_SYMBOL)
         return false;
 

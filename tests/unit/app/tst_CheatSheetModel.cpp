@@ -4,13 +4,18 @@
 #include "AppTestSupport.h"
 #include "BrowserModel.h"
 #include "CheatSheetModel.h"
+#include "FakeAccessibilityTrust.h"
+#include "FakeAlertPresenter.h"
+#include "FakeClipboard.h"
 #include "FakeKeyInjector.h"
 #include "FakeMenuCommandRunner.h"
 #include "FakeScanDesktop.h"
+#include "FakeTextInserter.h"
 #include "FakeWorkspace.h"
 #include "ManualScheduler.h"
 #include "ShortcutListModel.h"
 #include "commands/ShortcutRunner.h"
+#include "helpers/TextHelperService.h"
 #include "scan/AppMenuScanner.h"
 #include "search/FuzzyMatch.h"
 #include "vault/VaultBrowserIndex.h"
@@ -346,6 +351,38 @@ private Q_SLOTS:
 
         editor->dismissScanStatus();
         QVERIFY(editor->scanStatus().isEmpty());
+    }
+
+    void untypedHelperTextShowsInTheStatusArea()
+    {
+        auto editor = cheatSheet(kEditor);
+        FakeWorkspace workspace;
+        FakeClipboard clipboard;
+        FakeKeyInjector keys;
+        keys.succeeds = false; // a session that takes no keys
+        FakeAccessibilityTrust trust;
+        FakeAlertPresenter alerts;
+        ManualScheduler scheduler;
+        FakeTextInserter inserter;
+        inserter.accepts = false; // a field without editable text
+        TextHelperService helpers([] { return kEditor; }, workspace, clipboard, keys, trust, alerts,
+                                  scheduler);
+        helpers.setTextInserter(&inserter);
+        editor->followTextHelpers(helpers);
+        QSignalSpy status(editor.get(), &CheatSheetModel::scanStatusChanged);
+
+        helpers.perform(TextHelperAction::Bullet);
+        scheduler.advance(TextHelperService::kKeystrokeDelayMs);
+        QCOMPARE(editor->scanStatus(), TextHelperService::notPastedText());
+        QCOMPARE(status.count(), 1);
+        // Another cheat sheet opened later says it as well.
+        auto later = cheatSheet(kUnknown);
+        later->followTextHelpers(helpers);
+        QCOMPARE(later->scanStatus(), TextHelperService::notPastedText());
+
+        editor->dismissScanStatus();
+        QVERIFY(editor->scanStatus().isEmpty());
+        QVERIFY(later->scanStatus().isEmpty());
     }
 
     void scanStatusBelongsToTheScannedApp()

@@ -73,6 +73,8 @@ private slots:
     void chordIsTypedAfterTheAppIsInFront();
     void chordOffTheLayoutTypesNothingAndSaysSo();
     void sessionWithoutKeysSaysSo();
+    void chordGoesToAnAppThatCouldNotBeActivatedOnlyWhenInFront();
+    void appNeitherActivatedNorInFrontGetsNoKeys();
     void appNotRunningTouchesNothing();
     void statusBelongsToItsAppAndClearsOnSuccess();
     void clearStatusEmits();
@@ -233,6 +235,45 @@ void TestShortcutRunner::sessionWithoutKeysSaysSo()
     m_scheduler->advance(ShortcutRunner::kKeystrokeDelayMs);
     QCOMPARE(outcome.error,
              u"Could not run “Select All”: this session does not accept typed keys."_s);
+}
+
+void TestShortcutRunner::chordGoesToAnAppThatCouldNotBeActivatedOnlyWhenInFront()
+{
+    // As on Wayland: no activation, but the editor has the focus back once the HUD is gone.
+    m_workspace->activationSucceeds = false;
+    m_workspace->frontmost = makeApp(u"Tessaline"_s, u"org.tessaline.Tessaline"_s, 5);
+    Outcome outcome;
+    m_runner->run(curatedRow(u"Select All"_s, u"⌃ A"_s), kEditor, outcome.recorder());
+    QCOMPARE(m_workspace->activated.size(), 1);
+    QCOMPARE(outcome.calls, 0);
+    m_workspace->frontmost = m_workspace->apps.at(1);
+    m_scheduler->advance(ShortcutRunner::kKeystrokeDelayMs);
+    QCOMPARE(m_keys->typed, (QList<QList<KeyStroke>>{{{KeyStroke::Control, u"a"_s}}}));
+    QCOMPARE(outcome.calls, 1);
+    QCOMPARE(outcome.error, std::nullopt);
+}
+
+void TestShortcutRunner::appNeitherActivatedNorInFrontGetsNoKeys()
+{
+    m_workspace->activationSucceeds = false;
+    m_workspace->frontmost = m_workspace->apps.at(0);
+    Outcome outcome;
+    m_runner->run(curatedRow(u"Select All"_s, u"⌃ A"_s), kEditor, outcome.recorder());
+    m_scheduler->advance(ShortcutRunner::kKeystrokeDelayMs);
+    QVERIFY(m_keys->typed.isEmpty());
+    QCOMPARE(m_keys->posts, 0);
+    const QString expected =
+        u"Could not run “Select All”: Mousepad could not be brought to the front."_s;
+    QCOMPARE(outcome.error, expected);
+    QCOMPARE(m_runner->statusText(kEditor), expected);
+
+    // Nothing in front at all is no better.
+    m_workspace->frontmost.reset();
+    Outcome second;
+    m_runner->run(curatedRow(u"Select All"_s, u"⌃ A"_s), kEditor, second.recorder());
+    m_scheduler->advance(ShortcutRunner::kKeystrokeDelayMs);
+    QVERIFY(m_keys->typed.isEmpty());
+    QCOMPARE(second.error, expected);
 }
 
 void TestShortcutRunner::appNotRunningTouchesNothing()

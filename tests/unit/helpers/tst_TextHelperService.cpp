@@ -66,6 +66,8 @@ private slots:
     void nothingRunsOnceTheServiceIsGone();
     void directInsertionLeavesTheClipboardAlone();
     void refusedInsertionFallsBackToTheClipboard();
+    void noKeysLeaveTheTextOnTheClipboardAndSaySo();
+    void typedTextClearsTheStatus();
 
 private:
     void makeService();
@@ -449,6 +451,60 @@ void TestTextHelperService::refusedInsertionFallsBackToTheClipboard()
     m_scheduler->advance(1);
     QCOMPARE(m_clipboard->content, u"previous text"_s);
     QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void TestTextHelperService::noKeysLeaveTheTextOnTheClipboardAndSaySo()
+{
+    FakeTextInserter inserter;
+    inserter.accepts = false;
+    m_keys->succeeds = false;
+    m_service->setTextInserter(&inserter);
+    QSignalSpy changed(m_service.get(), &TextHelperService::statusChanged);
+    m_service->perform(TextHelperAction::Divider);
+    QVERIFY(!m_service->statusText());
+    m_scheduler->advance(120);
+    QCOMPARE(m_keys->posts, 1);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(m_service->statusText(),
+             std::optional<QString>(u"Tessaline could not type into this app: the text is on the "
+                                    u"clipboard, press Ctrl+V to paste it."_s));
+    // Nothing takes the text back: it is still there long after the restore would have come.
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    m_scheduler->advance(5000);
+    QCOMPARE(m_clipboard->content, kDivider);
+
+    m_service->clearStatus();
+    QVERIFY(!m_service->statusText());
+    QCOMPARE(changed.size(), 2);
+}
+
+void TestTextHelperService::typedTextClearsTheStatus()
+{
+    FakeTextInserter inserter;
+    inserter.accepts = false;
+    m_keys->succeeds = false;
+    m_service->setTextInserter(&inserter);
+    m_service->perform(TextHelperAction::Bullet);
+    m_scheduler->advance(120);
+    QVERIFY(m_service->statusText());
+
+    // Keys go through again: the line goes, and the clipboard comes back at 0.8 s.
+    m_keys->succeeds = true;
+    m_service->perform(TextHelperAction::Checklist);
+    m_scheduler->advance(120);
+    QVERIFY(!m_service->statusText());
+    m_scheduler->advance(680);
+    QCOMPARE(m_clipboard->content, u"\u2022 "_s);
+
+    // And a field that takes the text directly clears it as well.
+    m_keys->succeeds = false;
+    m_service->perform(TextHelperAction::Bullet);
+    m_scheduler->advance(120);
+    QVERIFY(m_service->statusText());
+    inserter.accepts = true;
+    m_service->perform(TextHelperAction::Bullet);
+    m_scheduler->advance(120);
+    QVERIFY(!m_service->statusText());
 }
 
 QTEST_GUILESS_MAIN(TestTextHelperService)
