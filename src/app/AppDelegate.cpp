@@ -237,7 +237,11 @@ void AppDelegate::scanCurrentAppMenus()
     const TrackedApp app = m_frontmostAppTracker->current();
     QPointer<AppDelegate> self(this);
     auto afterScan = [self] {
-        if (self && !(self->m_panel && self->m_panel->isVisible()))
+        if (!self)
+            return;
+        const bool shown = self->m_panel && self->m_panel->isVisible();
+        qCDebug(lcHudTiming, "scan over with the HUD %s", shown ? "shown" : "hidden");
+        if (!shown)
             self->showHUD();
     };
     if (m_menuScanner->isScanning()) {

@@ -6,6 +6,7 @@ namespace Tessaline {
 Q_LOGGING_CATEGORY(lcVault, "tessaline.vault", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcScan, "tessaline.scan", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcAtspi, "tessaline.atspi", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcWayland, "tessaline.wayland", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcX11, "tessaline.x11", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcRawKeys, "tessaline.x11.rawkeys", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcHotKey, "tessaline.hotkey", QtWarningMsg)

@@ -14,6 +14,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcVault)
 Q_DECLARE_LOGGING_CATEGORY(lcScan)
 /// The accessibility bus.
 Q_DECLARE_LOGGING_CATEGORY(lcAtspi)
+Q_DECLARE_LOGGING_CATEGORY(lcWayland)
 /// X11: the workspace, window properties, key injection.
 Q_DECLARE_LOGGING_CATEGORY(lcX11)
 /// X11 raw key events watched for the coach tips.

@@ -7,7 +7,6 @@
 #include "platform/atspi/AtspiElementFactory.h"
 #include "platform/atspi/AtspiMenuCommandRunner.h"
 #include "platform/atspi/AtspiTextInserter.h"
-#include "platform/atspi/AtspiWorkspace.h"
 #include "platform/desktop/DesktopAppIcon.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/evdev/EvdevKeyMonitor.h"
@@ -25,6 +24,7 @@
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/qt/WaylandClipboard.h"
+#include "platform/wayland/WaylandWorkspace.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11TrayAppearance.h"
 #include "platform/x11/X11WindowHints.h"
@@ -99,8 +99,9 @@ void addInertServices(PlatformServices& services, DefaultsStore* defaults)
 {
     if (isWaylandSession()) {
         qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
-                         "accessibility bus; keys typed through the desktop portal if it can";
-        services.workspace = std::make_unique<AtspiWorkspace>(*services.desktopEntries);
+                         "accessibility bus and the compositor's window list; keys typed "
+                         "through the desktop portal or the compositor's virtual keyboard";
+        services.workspace = std::make_unique<WaylandWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
         services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
         services.hotKeys = waylandHotKeyService();
@@ -160,7 +161,7 @@ std::unique_ptr<Workspace> createWorkspace(const DesktopEntryLookup& entries)
 {
     if (X11Connection::isAvailable())
         return std::make_unique<X11Workspace>(entries);
-    return std::make_unique<AtspiWorkspace>(entries);
+    return std::make_unique<WaylandWorkspace>(entries);
 }
 
 QList<DesktopShortcut> readDesktopShortcuts()

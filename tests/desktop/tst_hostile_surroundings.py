@@ -85,17 +85,44 @@ def scan_current(window, bundle):
         return "the tracker did not follow the focus to %s (it names %s)" % (bundle,
                                                                           app_in_front())
     before = len(statuses())
+    scans = len(scans_over())
     control("ScanCurrentApp")
     if not wait_until(lambda: len(statuses()) > before, 120, 0.05):
         return None
+    wait_for_hud_after_scan(scans)
     return statuses()[before]
+
+
+def hud_frames():
+    return log_text().count("first frame")
+
+
+def tessaline_in_front():
+    active = run("xdotool", "getactivewindow").stdout.strip()
+    return bool(active) and run("xdotool", "getwindowpid", active).stdout.strip() == str(
+        tessaline.pid)
+
+
+def scans_over():
+    return re.findall(r"scan over with the HUD (\w+)", log_text())
+
+
+def wait_for_hud_after_scan(scans):
+    """A scan of the current app ends by bringing the HUD up (unless it is open already) and
+    giving it the focus. Waits until it has the focus, so that the window the test activates
+    next is not raced by the HUD taking the focus right after it (the window manager's two
+    changes then reach the tracker as one, and it never sees that window in front)."""
+    if not wait_until(lambda: len(scans_over()) > scans, 10, 0.05):
+        check(False, "the scan's end reaches the HUD")
+    elif scans_over()[scans] == "hidden":
+        check(wait_until(tessaline_in_front, 10, 0.05), "the HUD comes up in front after the scan")
 
 
 def hud_shows_after(keys):
     """Presses `keys` and tells whether the HUD came up; closes it again."""
-    before = log_text().count("first frame")
+    before = hud_frames()
     run("xdotool", "key", keys)
-    shown = wait_until(lambda: log_text().count("first frame") > before, 3, 0.05)
+    shown = wait_until(lambda: hud_frames() > before, 3, 0.05)
     if shown:
         run("xdotool", "key", "Escape")
         wait_until(lambda: not visible_windows("^Tessaline$"), 5)
@@ -222,12 +249,14 @@ try:
     # --- An application killed in the middle of its scan. -----------------------------------
     run("xdotool", "windowactivate", "--sync", big_window)
     before = len(statuses())
+    scans = len(scans_over())
     control("ScanCurrentApp")
     time.sleep(0.3)
     big.kill()
     big.wait()
     check(wait_until(lambda: len(statuses()) > before, 60, 0.05),
           "the scan of a killed application ends")
+    wait_for_hud_after_scan(scans)
     ended = statuses()[before] if len(statuses()) > before else None
     check(bool(ended) and "scan_qt_menu_app" in ended,
           "it ends with a status message: %s" % ended)

@@ -1,12 +1,13 @@
 #!/usr/bin/python3
 """Tessaline in a Wayland session with no X server: it sees which application is in front and
-which run through the accessibility bus, shows the HUD for the application the user was in,
-types the helpers' text into the focused field without touching the clipboard, and scans
-native Wayland applications' menus.
+which run through the accessibility bus and the compositor's window list, shows the HUD for
+the application the user was in, types the helpers' text into the focused field without
+touching the clipboard, and scans native Wayland applications' menus.
 
-Runs inside scripts/wayland-session (headless sway, no XWayland). The two applications are
-native Wayland clients: mousepad (GTK 3) and the Qt test application. Focus moves between them
-the way a user's click would move it, through the compositor (swaymsg).
+Runs inside scripts/wayland-session (headless sway, no XWayland). The applications are native
+Wayland clients: mousepad (GTK 3), the Qt test application and the foot terminal, which is not
+on the accessibility bus. Focus moves between them the way a user's click would move it,
+through the compositor (swaymsg).
 """
 import json
 import os
@@ -151,12 +152,23 @@ try:
         run(VAULT, "apps", env=env).stdout) and run(VAULT, "apps", env=env).stdout, 20)
     check(bool(listed), "tessaline-vault apps lists both applications: %r" % listed)
 
+    # A terminal that is not on the accessibility bus is seen through the compositor's window
+    # list.
+    apps.append(subprocess.Popen(["foot", "sleep", "600"], env=env, stdout=subprocess.DEVNULL,
+                                 stderr=subprocess.DEVNULL))
+    check(wait_until(lambda: "foot" in sway_app_ids(), 20), "foot runs as a native Wayland client")
+    check(tessaline_app("foot") is None, "foot is not on the accessibility bus")
+    listed = wait_until(lambda: (lambda out: "Foot\tfoot\n" in out and out)(
+        run(VAULT, "apps", env=env).stdout), 10)
+    check(bool(listed), "tessaline-vault apps lists foot from the window list: %r" % listed)
+
     log = open(os.path.join(home, "tessaline.log"), "w")
     tessaline = subprocess.Popen([TESSALINE], env=dict(env, QT_LOGGING_RULES="tessaline.atspi.debug=true"),
                                  stdout=subprocess.DEVNULL, stderr=log)
     check(wait_until(bus_name_owned, 20), "Tessaline starts on Wayland and owns its bus name")
 
-    for app_id, name in (("mousepad", "Mousepad"), ("scan_qt_menu_app", "scan_qt_menu_app")):
+    for app_id, name in (("mousepad", "Mousepad"), ("scan_qt_menu_app", "scan_qt_menu_app"),
+                         ("foot", "Foot")):
         check(focus(app_id), f"the compositor focuses {name}")
         control("ShowHUD")
         shown = wait_until(lambda: hud_shows(name), 10)
@@ -203,13 +215,13 @@ try:
     check("Close Window\tFile" in rows, "the scan kept mousepad's File > Close Window")
 
     # A scanned row runs its menu item over the accessibility bus here too. A chord would have
-    # to be typed into the app in front, which this session lets no client choose, so the
-    # command says so and types nothing.
+    # to be typed into the app, which the compositor brings to the front, but this session
+    # takes no typed keys from a client, so the command says so and types nothing.
     refused = run(VAULT, "run", "Some Chord", "Ctrl+Y", "--bundle-id", "org.xfce.mousepad",
                   env=env, timeout=60)
     check(refused.returncode == 1 and refused.stderr.strip() ==
-          "tessaline-vault: Could not run “Some Chord”: Mousepad could not be brought to the "
-          "front.", "a chord row is refused with its reason on Wayland: %r" % refused.stderr)
+          "tessaline-vault: Could not run “Some Chord”: this session does not accept typed "
+          "keys.", "a chord row is refused with its reason on Wayland: %r" % refused.stderr)
     check("Select All\tEdit" in rows, "the scan kept mousepad's Edit > Select All")
     # mousepad greys out its editing items while its window is not the focused one.
     focus("mousepad")
