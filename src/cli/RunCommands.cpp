@@ -9,6 +9,7 @@
 #include "platform/atspi/AtspiMenuCommandRunner.h"
 #include "platform/desktop/DesktopEntries.h"
 #include "platform/inert/InertKeyInjector.h"
+#include "platform/wayland/VirtualKeyboardInjector.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/XTestKeyInjector.h"
 
@@ -26,6 +27,10 @@ std::unique_ptr<KeyInjector> sessionKeyInjector()
 {
     if (X11Connection::isAvailable())
         return std::make_unique<XTestKeyInjector>();
+    // On Wayland only the compositor's virtual keyboard types at once; the desktop portal's
+    // session starts too late for a one-off command.
+    if (std::unique_ptr<VirtualKeyboardInjector> keyboard = VirtualKeyboardInjector::create())
+        return keyboard;
     return std::make_unique<InertKeyInjector>();
 }
 

@@ -24,6 +24,7 @@
 #include "platform/qt/ClipboardAdapter.h"
 #include "platform/qt/MessageBoxAlertPresenter.h"
 #include "platform/qt/WaylandClipboard.h"
+#include "platform/wayland/VirtualKeyboardInjector.h"
 #include "platform/wayland/WaylandWorkspace.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11TrayAppearance.h"
@@ -72,12 +73,17 @@ std::unique_ptr<HotKey::HotKeyService> waylandHotKeyService()
 const QString kRestoreTokenKey = QStringLiteral("RemoteDesktop.restoreToken");
 
 // Typed keys in a Wayland session: through the desktop portal's remote-desktop session when it
-// offers a keyboard; otherwise none (the text helpers then leave their text on the clipboard).
+// offers a keyboard (GNOME, KDE Plasma), else through the compositor's virtual keyboard
+// (wlroots compositors); otherwise none (the text helpers then leave their text on the
+// clipboard).
 std::unique_ptr<KeyInjector> waylandKeyInjector(DefaultsStore* defaults)
 {
     const std::optional<uint> version = DBusRemoteDesktopPortal::keyboardVersion();
-    if (!version)
+    if (!version) {
+        if (std::unique_ptr<VirtualKeyboardInjector> keyboard = VirtualKeyboardInjector::create())
+            return keyboard;
         return std::make_unique<InertKeyInjector>();
+    }
     PortalKeyInjector::TokenStore tokens;
     if (defaults != nullptr) {
         tokens.load = [defaults] {
@@ -99,7 +105,8 @@ void addInertServices(PlatformServices& services, DefaultsStore* defaults)
 {
     if (isWaylandSession()) {
         qCInfo(lcX11) << "Wayland session: applications seen and text inserted through the "
-                         "accessibility bus; keys typed through the desktop portal if it can";
+                         "accessibility bus and the compositor's window list; keys typed "
+                         "through the desktop portal or the compositor's virtual keyboard";
         services.workspace = std::make_unique<WaylandWorkspace>(*services.desktopEntries);
         services.textInserter = std::make_unique<AtspiTextInserter>();
         services.keyMonitor = std::make_unique<EvdevKeyMonitor>();
