@@ -94,8 +94,14 @@ std::unique_ptr<KeyInjector> waylandKeyInjector(DefaultsStore* defaults)
                 kRestoreTokenKey, token.isEmpty() ? std::nullopt : std::optional<QString>(token));
         };
     }
-    return std::make_unique<PortalKeyInjector>(std::make_unique<DBusRemoteDesktopPortal>(*version),
-                                               std::move(tokens));
+    const bool granted = tokens.load && !tokens.load().isEmpty();
+    auto injector = std::make_unique<PortalKeyInjector>(
+        std::make_unique<DBusRemoteDesktopPortal>(*version), std::move(tokens));
+    // A desktop that kept the permission restores it without asking: the first paste then
+    // need not wait for the session. Otherwise the first key to type asks.
+    if (granted)
+        injector->start();
+    return injector;
 }
 
 // A session without a backend of its own: Tessaline runs, shows its windows and reads menus,

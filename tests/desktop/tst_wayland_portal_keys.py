@@ -1,12 +1,13 @@
 #!/usr/bin/python3
 """Typed keys in a Wayland session through the desktop portal's remote-desktop session: the real
-xdg-desktop-portal frontend, pointed at the test backend portal_remote_desktop_backend.py, starts
-Tessaline's keyboard session when Tessaline starts; the backend types every chord it is sent into
-the compositor. A text helper's exact text reaches a field that offers no editable text (so only
-the paste chord can bring it there) and the clipboard holds its old text again afterwards; a
-curated row run from the HUD with Ctrl+Return types its chord into the application the HUD was
-over; a user who refuses
-the session gets the text left on the clipboard and the HUD's line saying so.
+xdg-desktop-portal frontend, pointed at the test backend portal_remote_desktop_backend.py,
+starts Tessaline's keyboard session the first time a key is to be typed (never at start); the
+backend types every chord it is sent into the compositor. Until the session runs, a helper's
+text stays on the clipboard and the HUD says so. Then a text helper's exact text reaches a field
+that offers no editable text (so only the paste chord can bring it there) and the clipboard
+holds its old text again afterwards; a curated row run from the HUD with Ctrl+Return types its
+chord into the application the HUD was over; a user who refuses the session gets the text left
+on the clipboard and the HUD's line saying so.
 
 Runs inside scripts/wayland-session (headless sway, no X server), as the session's user.
 """
@@ -154,15 +155,25 @@ try:
     listed = wait_until(lambda: "plain_key_field" in run(VAULT, "apps", env=env).stdout, 20)
     check(listed, "the field is known as plain_key_field: %r" % run(VAULT, "apps", env=env).stdout)
 
-    # Starting asks the desktop for a keyboard session at once, before any key is needed.
+    # Nobody is asked at start: the desktop's question comes with the first key to type.
     tessaline = start_tessaline()
+    time.sleep(2)
+    check(backend_count("StartCount") == 0, "starting Tessaline asks the desktop nothing")
+    check(open_hud("plain_key_field"), "the HUD opens over the plain field")
+    check(wait_until(lambda: press("Insert Bullet"), 5), '"Insert Bullet" has an action')
     check(wait_until(lambda: backend_count("StartCount") == 1, 15),
-          "Tessaline starts its keyboard session when it starts")
+          "the first text for a field without editable text asks for the keyboard session")
     check(backend_list("Requests") == ["1 0"],
           "it asks for a keyboard only; this frontend (interface version 1) keeps no permission: %r"
           % backend_list("Requests"))
+    check(wait_until(lambda: clipboard() == "\u2022 ", 5),
+          "while the desktop asks, that text is left on the clipboard: %r" % clipboard())
+    check(field_text() == "", "and nothing reached the field: %r" % field_text())
+    check(open_hud("plain_key_field"), "the next HUD opens")
+    check(wait_until(lambda: shows_line(NOT_TYPED), 10), "the HUD says the text is on the clipboard")
+    control("ToggleHUD")
 
-    # A helper's text reaches the field without editable text through the paste chord.
+    # With the session granted, a helper's text reaches the field through the paste chord.
     clipboard_owner = subprocess.Popen(["wl-copy", "--foreground", "kept on the clipboard"],
                                        env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     helpers.append(clipboard_owner)
@@ -219,11 +230,12 @@ try:
           "quitting Tessaline ends its keyboard session")
     backend("SetRefusing", "true")
     tessaline = start_tessaline()
-    check(wait_until(lambda: backend_count("StartCount") == 2, 15), "the second start asks again")
-    check(backend_list("Restores") == ["", ""],
-          "without a persisting interface no restore token is passed: %r" % backend_list("Restores"))
     check(open_hud("plain_key_field"), "the HUD opens over the plain field once more")
     check(wait_until(lambda: press("Insert Checklist"), 5), '"Insert Checklist" has an action')
+    check(wait_until(lambda: backend_count("StartCount") == 2, 15),
+          "after a restart the first text asks again")
+    check(backend_list("Restores") == ["", ""],
+          "without a persisting interface no restore token is passed: %r" % backend_list("Restores"))
     check(wait_until(lambda: clipboard() == "\u2610 ", 5),
           "the refused session leaves the helper's text on the clipboard: %r" % clipboard())
     time.sleep(1.2)

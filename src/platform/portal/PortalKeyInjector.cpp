@@ -26,6 +26,14 @@ PortalKeyInjector::PortalKeyInjector(std::unique_ptr<RemoteDesktopPortal> portal
         m_session.clear();
         refuse("the desktop ended the session", RemoteDesktopPortal::responseOther);
     });
+}
+
+void PortalKeyInjector::start()
+{
+    if (m_state != State::Idle)
+        return;
+    m_state = State::Starting;
+    qCInfo(lcPortalKeys) << "asking the desktop for a keyboard session";
     // The portal is owned here, so its callbacks never outlive this injector.
     m_portal->createSession(
         [this](uint response, const QString& session) { sessionCreated(response, session); });
@@ -97,6 +105,8 @@ void PortalKeyInjector::refuse(const char* why, uint response)
 
 KeyPostResult PortalKeyInjector::postKeys(const QList<KeyStroke>& strokes)
 {
+    if (m_state == State::Idle)
+        start();
     if (m_state != State::Running)
         return {KeyPostResult::NotPosted, {}};
     // Every key is found before the first one is sent, so that a missing key types nothing.

@@ -26,6 +26,7 @@ class TestPortalKeyInjector : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void nothingIsAskedUntilTheFirstKey();
     void sessionAsksForAKeyboardAtOnce();
     void nothingIsPostedUntilTheSessionRuns();
     void pasteChordIsControlV();
@@ -42,7 +43,8 @@ private Q_SLOTS:
     void declinedRestoreForgetsTheSpentToken();
 
 private:
-    PortalKeyInjector& makeInjector(uint version = 1);
+    /// An injector whose session was asked for (`started`), as after its first post.
+    PortalKeyInjector& makeInjector(uint version = 1, bool started = true);
 
     FakeRemoteDesktopPortal* m_portal = nullptr;
     std::unique_ptr<PortalKeyInjector> m_injector;
@@ -62,7 +64,7 @@ void TestPortalKeyInjector::cleanup()
     m_portal = nullptr;
 }
 
-PortalKeyInjector& TestPortalKeyInjector::makeInjector(uint version)
+PortalKeyInjector& TestPortalKeyInjector::makeInjector(uint version, bool started)
 {
     auto portal = std::make_unique<FakeRemoteDesktopPortal>(version);
     m_portal = portal.get();
@@ -72,7 +74,29 @@ PortalKeyInjector& TestPortalKeyInjector::makeInjector(uint version)
                                              m_saved.append(token);
                                          }};
     m_injector = std::make_unique<PortalKeyInjector>(std::move(portal), std::move(tokens));
+    if (started)
+        m_injector->start();
     return *m_injector;
+}
+
+void TestPortalKeyInjector::nothingIsAskedUntilTheFirstKey()
+{
+    PortalKeyInjector& injector = makeInjector(1, false);
+    QCOMPARE(injector.state(), State::Idle);
+    QVERIFY(m_portal->sessionRequests.isEmpty());
+    // The first paste asks for the session and is not typed itself.
+    QVERIFY(!injector.postPasteChord());
+    QCOMPARE(injector.state(), State::Starting);
+    QCOMPARE(m_portal->sessionRequests.size(), 1);
+    // Asked once only, however many posts follow, and start() adds nothing.
+    QCOMPARE(injector.postKeys({{KeyStroke::Control, QStringLiteral("n")}}).status,
+             KeyPostResult::NotPosted);
+    injector.start();
+    QCOMPARE(m_portal->sessionRequests.size(), 1);
+    const QString session = m_portal->grant();
+    QVERIFY(injector.postPasteChord());
+    QCOMPARE(m_portal->keys.size(), 4);
+    QCOMPARE(m_portal->keys.first().session, session);
 }
 
 void TestPortalKeyInjector::sessionAsksForAKeyboardAtOnce()
