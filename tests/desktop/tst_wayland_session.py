@@ -27,6 +27,7 @@ BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
 VAULT = os.path.join(BUILD, "bin", "tessaline-vault")
 QT_APP = os.path.join(BUILD, "bin", "scan_qt_menu_app")
+FIELD_APP = os.path.join(BUILD, "bin", "plain_key_field")
 SHOTS = os.environ.get("TESSALINE_SCREENSHOT_DIR")
 check = Checks()
 
@@ -127,6 +128,15 @@ def editor_caret():
         except Exception:
             continue
     return None
+
+
+def text_of(path):
+    """What the plain field wrote down, if anything yet."""
+    try:
+        with open(path, encoding="utf-8") as f:
+            return f.read()
+    except OSError:
+        return None
 
 
 def screenshot(name):
@@ -244,6 +254,31 @@ try:
         editor_selection()), 5)
     check(bool(selection), "mousepad's whole text is selected through its menu item: %r"
           % (editor_selection(),))
+
+    # A field that offers no editable text gets a helper's text pasted: on the clipboard, then
+    # Ctrl+V from the compositor's virtual keyboard (sway has no remote-desktop portal), and the
+    # clipboard's old text back afterwards.
+    field_out = os.path.join(home, "field.txt")
+    apps.append(subprocess.Popen([FIELD_APP, field_out], env=env, stdout=subprocess.DEVNULL,
+                                 stderr=subprocess.DEVNULL))
+    check(wait_until(lambda: "plain_key_field" in sway_app_ids(), 20), "the plain field runs")
+    check(run("wl-paste", "--no-newline", env=env).stdout == "kept on the clipboard",
+          "the clipboard holds its text before the paste")
+    focus("plain_key_field")
+    control("ShowHUD")
+    check(wait_until(lambda: hud_shows("plain_key_field"), 10), "the HUD opens over the plain field")
+    wait_until(lambda: any(f.getState().contains(pyatspi.STATE_ACTIVE) for f in hud_frames()), 5)
+    # A Wayland client sets the clipboard only with the serial of an input event it received,
+    # as a user's click or key gives it.
+    run("wtype", "-k", "Shift_L", env=env)
+    time.sleep(0.2)
+    check(wait_until(lambda: press("Insert Bullet"), 5), '"Insert Bullet" has an action')
+    check(wait_until(lambda: text_of(field_out) == "\u2022 ", 5),
+          "the bullet is pasted into the plain field through the virtual keyboard: %r"
+          % text_of(field_out))
+    check(wait_until(lambda: run("wl-paste", "--no-newline", env=env).stdout ==
+                     "kept on the clipboard", 5),
+          "the clipboard holds what it held before after the paste")
 
     check(tessaline.poll() is None, "Tessaline is still running")
 finally:
