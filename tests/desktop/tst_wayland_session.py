@@ -20,8 +20,9 @@ import time
 import pyatspi
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop_support import (Checks, bus_name_owned, control, find_all, run, stop_tessaline,  # noqa: E402
-                             tessaline_app, wait_until)
+from desktop_support import (Checks, bus_name_owned, control, find_all, hud_frames,  # noqa: E402
+                             mousepad_text, mousepad_texts, press, run, stop_tessaline,
+                             sway_app_ids, sway_focus, tessaline_app, wait_until)
 
 BUILD = os.environ["TESSALINE_BUILD_DIR"]
 TESSALINE = os.path.join(BUILD, "bin", "tessaline")
@@ -32,30 +33,6 @@ SHOTS = os.environ.get("TESSALINE_SCREENSHOT_DIR")
 check = Checks()
 
 
-def sway_app_ids():
-    tree = run("swaymsg", "-t", "get_tree").stdout
-    return [line.split('"')[3] for line in tree.splitlines() if '"app_id": "' in line]
-
-
-def focus(app_id):
-    return run("swaymsg", f'[app_id="{app_id}"] focus').returncode == 0
-
-
-def hud_frames():
-    app = tessaline_app()
-    if app is None:
-        return []
-    frames = []
-    for i in range(app.childCount):
-        try:
-            frame = app.getChildAtIndex(i)
-            if frame is not None and frame.name == "Tessaline":
-                frames.append(frame)
-        except Exception:  # windows close while they are read
-            continue
-    return frames
-
-
 def hud_shows(app_name):
     """The HUD is open and its header names `app_name`."""
     for frame in hud_frames():
@@ -64,52 +41,9 @@ def hud_shows(app_name):
     return False
 
 
-def press(name):
-    """Invokes the action of Tessaline's button `name`, as an assistive tool does. The helper
-    buttons close the HUD, which may take the button away before it answers: invoking counts."""
-    app = tessaline_app()
-    for node in find_all(app, lambda n: n.name == name and n.getRoleName() == "push button") if app else []:
-        try:
-            action = node.queryAction()
-            if action.nActions == 0:
-                continue
-        except Exception:
-            continue
-        try:
-            action.doAction(0)
-        except Exception:  # the HUD closed before the answer came
-            pass
-        return True
-    return False
-
-
-def editor_texts():
-    """The text interfaces of mousepad's text views, read through the accessibility bus."""
-    desktop = pyatspi.Registry.getDesktop(0)
-    for i in range(desktop.childCount):
-        app = desktop.getChildAtIndex(i)
-        if app is None or app.name.lower() != "mousepad":
-            continue
-        for node in find_all(app, lambda n: n.getRoleName() == "text"):
-            try:
-                yield node.queryText()
-            except Exception:  # the view went away
-                continue
-
-
-def editor_text():
-    """The text in mousepad's editor."""
-    for text in editor_texts():
-        try:
-            return text.getText(0, text.characterCount)
-        except Exception:
-            continue
-    return None
-
-
 def editor_selection():
     """The (start, end, length) of the first selection in mousepad's editor, if any."""
-    for text in editor_texts():
+    for text in mousepad_texts():
         try:
             if text.getNSelections() > 0:
                 start, end = text.getSelection(0)
@@ -122,7 +56,7 @@ def editor_selection():
 
 def editor_caret():
     """Where the caret is in mousepad's editor."""
-    for text in editor_texts():
+    for text in mousepad_texts():
         try:
             return text.caretOffset
         except Exception:
@@ -189,7 +123,7 @@ try:
 
     for app_id, name in (("mousepad", "Mousepad"), ("scan_qt_menu_app", "scan_qt_menu_app"),
                          ("foot", "Foot")):
-        check(focus(app_id), f"the compositor focuses {name}")
+        check(sway_focus(app_id), f"the compositor focuses {name}")
         control("ShowHUD")
         shown = wait_until(lambda: hud_shows(name), 10)
         check(shown, f"the HUD opened over {name} is for {name}")
@@ -206,15 +140,15 @@ try:
     for title, text in (("Insert Bullet", "\u2022 "), ("Insert Checklist", "\u2610 "),
                         ("Insert Divider", "\n" + "-" * 30 + "\n"),
                         ("Paste Plain Text", "kept on the clipboard")):
-        focus("mousepad")
+        sway_focus("mousepad")
         control("ShowHUD")
         check(wait_until(lambda: hud_shows("Mousepad"), 10), f"the HUD opens for {title}")
         # As a user would, act once the HUD has the keyboard focus (and with it the clipboard).
         wait_until(lambda: any(f.getState().contains(pyatspi.STATE_ACTIVE) for f in hud_frames()), 5)
         check(wait_until(lambda: press(title), 5), f'"{title}" has an action')
         typed += text
-        check(wait_until(lambda: editor_text() == typed, 5),
-              f'"{title}" types its exact text into mousepad: {editor_text()!r}')
+        check(wait_until(lambda: mousepad_text() == typed, 5),
+              f'"{title}" types its exact text into mousepad: {mousepad_text()!r}')
     check(run("wl-paste", "--no-newline", env=env).stdout == "kept on the clipboard",
           "the clipboard holds what it held before")
 
@@ -245,7 +179,7 @@ try:
           % editor_caret())
     check("Select All\tEdit" in rows, "the scan kept mousepad's Edit > Select All")
     # mousepad greys out its editing items while its window is not the focused one.
-    focus("mousepad")
+    sway_focus("mousepad")
     time.sleep(0.5)
     ran = run(VAULT, "run", "Select All", "Ctrl+A", "--bundle-id", "org.xfce.mousepad",
               env=env, timeout=60)
@@ -264,7 +198,7 @@ try:
     check(wait_until(lambda: "plain_key_field" in sway_app_ids(), 20), "the plain field runs")
     check(run("wl-paste", "--no-newline", env=env).stdout == "kept on the clipboard",
           "the clipboard holds its text before the paste")
-    focus("plain_key_field")
+    sway_focus("plain_key_field")
     control("ShowHUD")
     check(wait_until(lambda: hud_shows("plain_key_field"), 10), "the HUD opens over the plain field")
     wait_until(lambda: any(f.getState().contains(pyatspi.STATE_ACTIVE) for f in hud_frames()), 5)
