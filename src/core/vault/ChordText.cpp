@@ -255,11 +255,12 @@ std::optional<QString> normalizedOne(QStringView text)
         keyWords.append(QStringLiteral("+"));
     if (keyWords.isEmpty())
         return std::nullopt;
-    // No key's name holds a control character, or the ", " that separates the chords of a
-    // sequence: such text is no chord.
+    // No key's name holds a control character, a modifier symbol (they stand before the key;
+    // one at the end of a key's name would make a following ", " read as the comma key) or the
+    // ", " that separates the chords of a sequence: such text is no chord.
     for (const QString& word : std::as_const(keyWords)) {
         for (const QChar c : word) {
-            if (!c.isPrint() && !c.isSurrogate())
+            if ((!c.isPrint() && !c.isSurrogate()) || modifierOfSymbol(c))
                 return std::nullopt;
         }
     }

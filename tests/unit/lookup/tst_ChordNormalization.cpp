@@ -61,6 +61,10 @@ private slots:
         QTest::addRow("symbols only") << u"⌃ ⇧"_qs;
         QTest::addRow("control character") << u"Ctrl+\u0001"_qs;
         QTest::addRow("a sequence with a chord of modifiers only") << u"Ctrl+Shift, +X"_qs;
+        // Modifier symbols stand before the key; after it they name no key (and would make the
+        // ", " that follows read as the comma key the second time round).
+        QTest::addRow("a modifier symbol after the key") << u"a⌃ Ctrl, +"_qs;
+        QTest::addRow("a modifier symbol inside the key") << u"⌃ F⇧5"_qs;
     }
     void textsWithoutAKeyAreNone()
     {
