@@ -27,16 +27,17 @@ RunningApplication WaylandWorkspace::applicationOfAppId(const QString& appId) co
 {
     // Windows usually carry their desktop-file id; older toolkits give a window class or the
     // program's name instead.
-    std::optional<QString> id;
-    if (m_entries.entry(appId))
-        id = appId;
-    else
+    std::optional<QString> id = appId;
+    std::optional<DesktopEntryInfo> entry = m_entries.entry(appId);
+    if (!entry) {
         id = m_entries.idForWindowClass(appId, appId);
-    if (!id)
-        id = m_entries.idForExecutable(appId);
+        if (!id)
+            id = m_entries.idForExecutable(appId);
+        if (id)
+            entry = m_entries.entry(*id);
+    }
     RunningApplication application;
     application.bundleIdentifier = id.value_or(appId);
-    const std::optional<DesktopEntryInfo> entry = m_entries.entry(*application.bundleIdentifier);
     application.localizedName = entry && !entry->name.isEmpty() ? entry->name : appId;
     return application;
 }
